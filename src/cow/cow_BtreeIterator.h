@@ -1,0 +1,73 @@
+#pragma once
+
+#include "cow_BtreeNode.h"
+#include "cow_BtreeNodeLink.h"
+#include "cow_SmallStack.h"
+#include "cow_Support.h"
+
+#include <cstddef>
+#include <iterator>
+
+/// Walks the entries of a cow_Btree with ascending keys.
+///
+/// A stack of the links whose left subtrees are done with; the top one is the current entry. Holds
+/// no share: changing the tree invalidates it (copy the tree first, which costs one count).
+template <class K, class V>
+class cow_BtreeIterator {
+public:
+    using Node = cow_BtreeNode<K, V>;
+    using value_type = Node;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const Node*;
+    using reference = const Node&;
+    using iterator_category = std::forward_iterator_tag;
+
+    /// The end of any tree.
+    cow_BtreeIterator() noexcept = default;
+    /// On the smallest key behind \p root.
+    explicit cow_BtreeIterator(cow_BtreeNodeLink<K, V> root) { Push(root); }
+
+    /// Goes to the smallest key of the subtree behind \p link; what was current comes after it.
+    void Push(cow_BtreeNodeLink<K, V> link) {
+        for (; !link.IsNull(); link = link.Left())
+            _links.Push(link);
+    }
+    /// Goes to the next larger key; false when there is none. Behind the last one: undefined.
+    bool Next() {
+        Push(_links.Pop().Right());
+        return _links.Size() != 0;
+    }
+    /// True while on an entry.
+    [[nodiscard]] explicit operator bool() const noexcept { return _links.Size() != 0; }
+
+    /// Key and value of the current entry. Behind the last one: std::out_of_range.
+    [[nodiscard]] const K& CurrentKey() const { return Current().Key(); }
+    [[nodiscard]] const V& CurrentValue() const { return Current().Value(); }
+
+    [[nodiscard]] const Node& operator*() const noexcept { return *_links.Top().Get(); }
+    [[nodiscard]] const Node* operator->() const noexcept { return _links.Top().Get(); }
+    cow_BtreeIterator& operator++() {
+        Next();
+        return *this;
+    }
+    cow_BtreeIterator operator++(int) {
+        cow_BtreeIterator before = *this;
+        Next();
+        return before;
+    }
+    friend bool operator==(const cow_BtreeIterator& a, const cow_BtreeIterator& b) noexcept {
+        return a.Here() == b.Here();
+    }
+
+private:
+    [[nodiscard]] const Node* Here() const noexcept {
+        return _links.Size() == 0 ? nullptr : _links.Top().Get();
+    }
+    [[nodiscard]] const Node& Current() const {
+        if (_links.Size() == 0) [[unlikely]]
+            cow_ThrowMissing("the iterator is behind the last entry");
+        return **this;
+    }
+
+    cow_SmallStack<cow_BtreeNodeLink<K, V>, 48> _links;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "cow_List.h"
+#include "cow_Map.h"
+#include "g3d_Color.h"
+#include "mem_AllocationOperators.h"
+
+/// The named colours of the process: omi_Singleton<g3d_ColorMap>::Instance().
+///
+/// Starts with the default colours; users add their own. Names are case-sensitive. One thread at a
+/// time.
+class CAE_API g3d_ColorMap : public mem_AllocationOperators {
+public:
+    /// The default colours alone.
+    g3d_ColorMap();
+
+    /// The colour of \p name: a text like "#80FF00" itself, else a user colour, else a default one.
+    /// Raises g3d_ColorErrorException for any other name.
+    [[nodiscard]] g3d_Color ConstGet(const cow_String& name) const;
+
+    /// Sets an opaque default colour, new or not; always true.
+    bool AddDefaultColor(const cow_String& name, float red, float green, float blue);
+    /// Sets an opaque user colour, new or not; false, with nothing changed, for a default name.
+    bool AddByRGB(const cow_String& name, float red, float green, float blue);
+    /// Removes a user colour; false if there is none of that name.
+    bool Remove(const cow_String& name);
+
+    [[nodiscard]] bool IsMember(const cow_String& name) const;
+    [[nodiscard]] bool IsDefaultColor(const cow_String& name) const;
+    [[nodiscard]] bool IsUserColor(const cow_String& name) const;
+    /// The default names, then the user names, each ascending.
+    [[nodiscard]] cow_List<cow_String> Keys() const;
+    [[nodiscard]] int Length() const noexcept;
+
+private:
+    cow_Map<cow_String, g3d_Color> _defaultColors;
+    cow_Map<cow_String, g3d_Color> _userColors;
+};
