@@ -140,8 +140,10 @@ function(caeutils_shared_library name macro)
                INSTALL_RPATH "$ORIGIN")
   if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     set(exports "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/exports.map")
-    target_link_options(${target} PRIVATE "LINKER:--version-script=${exports}")
-    set_target_properties(${target} PROPERTIES LINK_DEPENDS "${exports}")
+    set(shared_data "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/one_per_process.list")
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${exports}"
+                                          "LINKER:--dynamic-list=${shared_data}")
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS "${exports};${shared_data}")
     if(NOT CAEUTILS_SANITIZE)
       # A library that calls what it does not link, links wrong.
       target_link_options(${target} PRIVATE LINKER:--no-undefined)

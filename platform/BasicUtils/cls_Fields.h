@@ -22,6 +22,9 @@ template <class Class, class Member, class FieldTraits = cls_FieldTraits<Member>
 struct cls_Field {
     using Traits = FieldTraits;
 
+    constexpr cls_Field(const char* storedName, Member Class::*fieldMember) noexcept
+        : name(storedName), member(fieldMember) {}
+
     const char* name;
     Member Class::*member;
 };

@@ -213,17 +213,22 @@ private:
     void Destroy() noexcept;
 
     [[nodiscard]] const T* ElementForReading(int at) const {
-        const Block* block = _table[at >> _shift];
+        // Unsigned throughout: no sign to extend on the way to the address.
+        const auto place = static_cast<unsigned>(at);
+        const unsigned slot = place >> _shift;
+        const Block* block = _table[slot];
         if (block == nullptr) [[unlikely]]
-            block = TouchBlock(at >> _shift);
-        return block->Elements() + (at & Mask());
+            block = TouchBlock(static_cast<int>(slot));
+        return block->Elements() + (place - (slot << _shift));
     }
     T* ElementForWriting(int at) {
         // A length above 0 means that there is a table with its count.
         if (*_tableCount == 1) [[likely]] {
-            Block* block = _table[at >> _shift];
+            const auto place = static_cast<unsigned>(at);
+            const unsigned slot = place >> _shift;
+            Block* block = _table[slot];
             if (block != nullptr && block->Count() == 1) [[likely]] {
-                return block->Elements() + (at & Mask());
+                return block->Elements() + (place - (slot << _shift));
             }
         }
         return OwnElement(at);
@@ -234,15 +239,20 @@ private:
     void OwnFrom(int index);
 
     T& ExtendByOne() {
+        const auto place = static_cast<unsigned>(_end);
+        const unsigned slot = place >> _shift;
+        const unsigned inBlock = place - (slot << _shift);
         // Inside a block the table has its slot already.
-        if ((_end & Mask()) != 0 && *_tableCount == 1) [[likely]] {
-            Block* block = _table[_end >> _shift];
+        if (inBlock != 0 && *_tableCount == 1) [[likely]] {
+            Block* block = _table[slot];
             if (block != nullptr && block->Count() == 1) [[likely]] {
-                return block->Elements()[_end++ & Mask()];
+                ++_end;
+                return block->Elements()[inBlock];
             }
         }
-        return Extend(Length());
+        return ExtendIntoBlock();
     }
+    T& ExtendIntoBlock();
 
     int _slots = 0;
     int _shift = 0;

@@ -189,7 +189,8 @@ template <class T>
 /// Allocates the block of \p slot in the table, also when that is shared: all see the same zeros.
 template <class T>
 [[gnu::noinline]] cow_1DArrayBlock<T>* cow_1DArray<T>::TouchBlock(int slot) const {
-    return _table[slot] = Block::New(_shift);
+    // The usual size as a constant makes clearing the block a handful of instructions.
+    return _table[slot] = Block::New(_shift == kSmallShift ? kSmallShift : _shift);
 }
 
 /// The element at the absolute index \p at, in a table and a block of this array alone.
@@ -226,4 +227,17 @@ template <class T>
 template <class T>
 void cow_1DArray<T>::OwnFrom(int index) {
     ForEachRun(index, Length(), [this](int at, int) { ElementForWriting(at); });
+}
+
+/// Adds an element that begins a block, or one whose block is missing or shared.
+template <class T>
+[[gnu::noinline]] T& cow_1DArray<T>::ExtendIntoBlock() {
+    // The usual case without the detours of Extend: the table is ours and has an empty slot.
+    if (_tableCount != nullptr && *_tableCount == 1 && _end != 0 && (_end & Mask()) == 0 &&
+        (_end >> _shift) < _slots) [[likely]] {
+        Block* block = TouchBlock(_end >> _shift);
+        ++_end;
+        return block->Elements()[0];
+    }
+    return Extend(Length());
 }

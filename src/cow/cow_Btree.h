@@ -103,21 +103,10 @@ public:
 private:
     using Link = typename Node::Link;
 
-    /// The links from the root down to the place of a change, and the topmost node among those
-    /// behind them that is out of balance.
-    struct Path {
-        void Push(Link* link) {
-            if (topmostLeaning == INT_MAX && !(*link)->IsBalanced()) topmostLeaning = links.Size();
-            if (link->Count() > 1) isShared = true;
-            links.Push(link);
-        }
-        void Unshare();
+    /// The links from the root down to the place of a change.
+    using Path = cow_SmallStack<Link*, 64>;
 
-        cow_SmallStack<Link*, 64> links;
-        int topmostLeaning = INT_MAX;
-        bool isShared = false;
-    };
-
+    static void Unshare(Path& path);
     static void Rebalance(Path& path, const Link* changed);
     static bool UpdateHeight(Node& node, const Link* changed) noexcept;
     static void Rotate(Link& link, int risingSide);
@@ -144,17 +133,19 @@ bool cow_Btree<K, V>::InsertUnlessMember(const K& key, const V& value) {
 template <class K, class V>
 bool cow_Btree<K, V>::Remove(const K& key) {
     Path path;
+    bool isShared = false;
     for (Link* link = &_root;;) {
         if (link->IsNull()) return false;
         path.Push(link);
+        isShared = isShared || link->Count() > 1;
         // Not for writing yet: the key may be missing.
         Node& node = const_cast<Node&>(**link);
         const int order = cow_BtreeOrder(key, node._key);
         if (order == 0) break;
         link = &node._links[order >= 1];
     }
-    const int at = path.links.Size() - 1;
-    const Node& found = **path.links[at];
+    const int at = path.Size() - 1;
+    const Node& found = **path[at];
     const bool isInner = !found._links[0].IsNull() && !found._links[1].IsNull();
     // An inner node gives its place to its neighbour from the higher side.
     const int side = isInner ? static_cast<int>(found._below[1] > found._below[0])
@@ -163,18 +154,19 @@ bool cow_Btree<K, V>::Remove(const K& key) {
         Link* link = const_cast<Link*>(&found._links[side]);
         for (; !link->IsNull(); link = const_cast<Link*>(&(*link)->_links[1 - side])) {
             path.Push(link);
+            isShared = isShared || link->Count() > 1;
         }
     }
-    path.Unshare();
+    if (isShared) Unshare(path);
 
     // Nothing below raises before the heights are put right.
-    Link& gap = *path.links[path.links.Size() - 1];
+    Link& gap = *path[path.Size() - 1];
     Link taken = std::move(gap.Get()._links[side]);
     taken.Swap(gap);
     const Link* changed = &gap;
     if (isInner) {
         // The neighbour, now taken out, gets the links and heights of the node it replaces.
-        Link& place = *path.links[at];
+        Link& place = *path[at];
         Node& old = place.Get();
         Node& heir = taken.Get();
         for (int i = 0; i < 2; ++i) {
@@ -185,24 +177,21 @@ bool cow_Btree<K, V>::Remove(const K& key) {
         if (changed == &old._links[side]) {
             changed = &heir._links[side];
         } else {
-            path.links[at + 1] = &heir._links[side];
+            path[at + 1] = &heir._links[side];
         }
     }
-    path.links.Pop();
+    path.Pop();
     Rebalance(path, changed);
     return true;
 }
 
-/// Makes all nodes on the path this tree's own.
+/// Makes all nodes on \p path this tree's own.
 template <class K, class V>
-void cow_Btree<K, V>::Path::Unshare() {
-    if (!isShared) return;
-    for (int i = 0; i < links.Size(); ++i) {
-        const Node& before = **links[i];
-        Node& own = links[i]->Get();
-        if (i + 1 < links.Size()) {
-            links[i + 1] = &own._links[links[i + 1] == &before._links[1]];
-        }
+void cow_Btree<K, V>::Unshare(Path& path) {
+    for (int i = 0; i < path.Size(); ++i) {
+        const Node& before = **path[i];
+        Node& own = path[i]->Get();
+        if (i + 1 < path.Size()) path[i + 1] = &own._links[path[i + 1] == &before._links[1]];
     }
 }
 
@@ -210,19 +199,23 @@ void cow_Btree<K, V>::Path::Unshare() {
 /// \p changed, a link of its last node, has changed. All nodes on the path are this tree's own.
 template <class K, class V>
 void cow_Btree<K, V>::Rebalance(Path& path, const Link* changed) {
-    int i = path.links.Size() - 1;
+    int i = path.Size() - 1;
     try {
-        for (; i >= 0; --i) {
-            Link& link = *path.links[i];
+        // Every node on the path is looked at, since a single rotation may have left one leaning.
+        for (bool isNews = true; i >= 0; --i) {
+            Link& link = *path[i];
             Node& node = link.Get();
-            if (!UpdateHeight(node, changed) && path.topmostLeaning > i) return;
-            if (const int lean = node.Lean(); lean >= 2 || lean <= -2) Rotate(link, lean > 0);
+            isNews = isNews && UpdateHeight(node, changed);
+            if (!node.IsBalanced()) [[unlikely]] {
+                Rotate(link, node.Lean() > 0);
+                isNews = true;
+            }
             changed = &link;
         }
     } catch (...) {
         // A rotation is left out; the heights above still have to be right.
-        for (changed = path.links[i]; --i >= 0; changed = path.links[i]) {
-            UpdateHeight(path.links[i]->Get(), changed);
+        for (changed = path[i]; --i >= 0; changed = path[i]) {
+            UpdateHeight(path[i]->Get(), changed);
         }
         throw;
     }

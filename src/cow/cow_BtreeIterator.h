@@ -10,8 +10,8 @@
 
 /// Walks the entries of a cow_Btree with ascending keys.
 ///
-/// A stack of the links whose left subtrees are done with; the top one is the current entry. Holds
-/// no share: changing the tree invalidates it (copy the tree first, which costs one count).
+/// The current link, and a stack of the links above it that come after it. Holds no share: changing
+/// the tree invalidates it (copy the tree first, which costs one count).
 template <class K, class V>
 class cow_BtreeIterator {
 public:
@@ -25,27 +25,31 @@ public:
     /// The end of any tree.
     cow_BtreeIterator() noexcept = default;
     /// On the smallest key behind \p root.
-    explicit cow_BtreeIterator(cow_BtreeNodeLink<K, V> root) { Push(root); }
+    explicit cow_BtreeIterator(cow_BtreeNodeLink<K, V> root) { Descend(root); }
 
     /// Goes to the smallest key of the subtree behind \p link; what was current comes after it.
     void Push(cow_BtreeNodeLink<K, V> link) {
-        for (; !link.IsNull(); link = link.Left())
-            _links.Push(link);
+        if (!_current.IsNull()) _above.Push(_current);
+        Descend(link);
     }
     /// Goes to the next larger key; false when there is none. Behind the last one: undefined.
     bool Next() {
-        Push(_links.Pop().Right());
-        return _links.Size() != 0;
+        if (const auto right = _current.Right(); !right.IsNull()) {
+            Descend(right);
+        } else {
+            _current = _above.Size() == 0 ? cow_BtreeNodeLink<K, V>() : _above.Pop();
+        }
+        return !_current.IsNull();
     }
     /// True while on an entry.
-    [[nodiscard]] explicit operator bool() const noexcept { return _links.Size() != 0; }
+    [[nodiscard]] explicit operator bool() const noexcept { return !_current.IsNull(); }
 
     /// Key and value of the current entry. Behind the last one: std::out_of_range.
     [[nodiscard]] const K& CurrentKey() const { return Current().Key(); }
     [[nodiscard]] const V& CurrentValue() const { return Current().Value(); }
 
-    [[nodiscard]] const Node& operator*() const noexcept { return *_links.Top().Get(); }
-    [[nodiscard]] const Node* operator->() const noexcept { return _links.Top().Get(); }
+    [[nodiscard]] const Node& operator*() const noexcept { return *_current.Get(); }
+    [[nodiscard]] const Node* operator->() const noexcept { return _current.Get(); }
     cow_BtreeIterator& operator++() {
         Next();
         return *this;
@@ -56,18 +60,23 @@ public:
         return before;
     }
     friend bool operator==(const cow_BtreeIterator& a, const cow_BtreeIterator& b) noexcept {
-        return a.Here() == b.Here();
+        return a._current == b._current;
     }
 
 private:
-    [[nodiscard]] const Node* Here() const noexcept {
-        return _links.Size() == 0 ? nullptr : _links.Top().Get();
+    void Descend(cow_BtreeNodeLink<K, V> link) {
+        for (_current = link; !_current.IsNull() && !_current.Left().IsNull();) {
+            _above.Push(_current);
+            _current.Prefetch();
+            _current = _current.Left();
+        }
     }
     [[nodiscard]] const Node& Current() const {
-        if (_links.Size() == 0) [[unlikely]]
+        if (_current.IsNull()) [[unlikely]]
             cow_ThrowMissing("the iterator is behind the last entry");
         return **this;
     }
 
-    cow_SmallStack<cow_BtreeNodeLink<K, V>, 48> _links;
+    cow_BtreeNodeLink<K, V> _current;                    // null behind the last entry
+    cow_SmallStack<cow_BtreeNodeLink<K, V>, 48> _above;  // whose left subtrees hold it
 };

@@ -86,7 +86,7 @@ private:
     [[nodiscard]] int Lean() const noexcept {
         return std::max(_below[1], 1) - std::max(_below[0], 1);
     }
-    [[nodiscard]] bool IsBalanced() const noexcept { return Lean() > -2 && Lean() < 2; }
+    [[nodiscard]] bool IsBalanced() const noexcept { return static_cast<unsigned>(Lean() + 1) < 3; }
 
     static void Dismantle(Link& top) noexcept;
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
@@ -179,14 +180,18 @@ TEST(Pool, ServesAThreadThatIsEnding) {
 
 TEST(Pool, WorksInAForkedChild) {
     std::atomic<bool> stop = false;
-    std::thread busy([&stop] {  // holds the pool's lock now and then
+    std::atomic<bool> started = false;
+    std::thread busy([&] {  // holds the pool's lock now and then; takes no other
+        std::array<void*, 500> blocks;
         while (!stop) {
-            std::vector<void*> blocks(500);
             std::generate(blocks.begin(), blocks.end(),
                           [] { return mem_OperatorNewTinyThrow(64); });
             std::for_each(blocks.begin(), blocks.end(), &mem_Free);
+            started = true;
         }
     });
+    while (!started) {
+    }
     for (int i = 0; i < 20; ++i) {
         const pid_t child = fork();
         if (child == 0) {

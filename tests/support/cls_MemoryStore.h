@@ -206,7 +206,8 @@ private:
             if (text.back() != open) {
                 text += ' ';
             }
-            text += name + "=" + std::visit([](const auto& held) { return TextOf(held); }, value);
+            text += (name.empty() ? "" : name + "=") +
+                    std::visit([](const auto& held) { return TextOf(held); }, value);
         }
         return text + close;
     }

@@ -17,7 +17,6 @@ void mem_Pool::FreeSlowly(void* /*block*/) noexcept {}
 #include <mutex>
 #include <pthread.h>
 #include <sys/mman.h>
-#include <utility>
 
 namespace {
 
@@ -42,6 +41,8 @@ constexpr int kPopulate = MADV_POPULATE_WRITE;
 constexpr int kPopulate = 23;
 #endif
 
+constexpr std::size_t kFirstSpans = 16;
+
 constinit thread_local bool threadIsEnding = false;
 
 }  // namespace
@@ -52,6 +53,10 @@ public:
     using Block = mem_Pool::Block;
 
     static std::mutex lock;
+
+    // A child of fork must not find the lock held by a thread that it does not have. Set at load:
+    // later, a fork could come between the first use of the lock and this.
+    static const bool forkIsSafe;
 
     /// Reserves the range at the first call; false where there is no pool.
     bool Start() {
@@ -115,6 +120,11 @@ public:
         return head;
     }
 
+    /// Has the system hand \p cache to EndThread when the calling thread ends.
+    bool NoticeEnd(mem_Pool::Cache* cache) const {
+        return pthread_setspecific(_threadKey, cache) == 0;
+    }
+
 private:
     using Index = std::uint32_t;  // of a span in the range; 0: none
 
@@ -135,18 +145,18 @@ private:
     }
 
     void Reserve() {
+        pthread_key_t key;
+        if (!forkIsSafe || pthread_key_create(&key, &mem_Pool::EndThread) != 0) {
+            return;
+        }
         const std::size_t size = mem_Pool::kRange + mem_Pool::kSpanSize;
         void* const range = mmap(nullptr, size, PROT_READ | PROT_WRITE,
                                  MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
         if (range == MAP_FAILED) {
+            pthread_key_delete(key);
             return;
         }
-        // A child of fork must not find the lock held by a thread that it does not have.
-        if (pthread_atfork([] { lock.lock(); }, [] { lock.unlock(); }, [] { lock.unlock(); }) !=
-            0) {
-            munmap(range, size);
-            return;
-        }
+        _threadKey = key;
         const auto start = reinterpret_cast<std::uintptr_t>(range) + mem_Pool::kSpanSize - 1;
         mem_Pool::_base.store(start / mem_Pool::kSpanSize * mem_Pool::kSpanSize,
                               std::memory_order_relaxed);
@@ -170,7 +180,10 @@ private:
             } else {
                 return 0;
             }
-            madvise(Address(index), mem_Pool::kSpanSize, kPopulate);
+            // The first spans are a start's few blocks: they touch a page or two each.
+            if (_usedCount >= kFirstSpans) {
+                madvise(Address(index), mem_Pool::kSpanSize, kPopulate);
+            }
         }
         ++_usedCount;
         auto* const kinds = reinterpret_cast<std::uint8_t*>(Address(0));
@@ -209,6 +222,7 @@ private:
     }
 
     bool _started = false;
+    pthread_key_t _threadKey = 0;
     Span* _spans = nullptr;  // null: no pool
     Index _next = 0;         // spans from this one on were never used
     std::array<Index, mem_Pool::kKinds> _open{};
@@ -219,6 +233,8 @@ private:
 };
 
 constinit std::mutex mem_PoolCentre::lock;
+const bool mem_PoolCentre::forkIsSafe =
+    pthread_atfork([] { lock.lock(); }, [] { lock.unlock(); }, [] { lock.unlock(); }) == 0;
 
 namespace {
 
@@ -248,18 +264,14 @@ void mem_Pool::EndThread(void* ending) noexcept {
 
 /// Gives the calling thread lists of its own; false when it is ending or has no memory for them.
 bool mem_Pool::HaveCache() noexcept {
-    static const auto key = [] {
-        pthread_key_t made = 0;
-        return std::pair(pthread_key_create(&made, &EndThread) == 0, made);
-    }();
     if (_cache != &_none) {
         return true;
     }
-    if (threadIsEnding || !key.first) {
+    if (threadIsEnding) {
         return false;
     }
     auto* const cache = static_cast<Cache*>(std::malloc(sizeof(Cache)));
-    if (cache == nullptr || pthread_setspecific(key.second, cache) != 0) {
+    if (cache == nullptr || !centre.NoticeEnd(cache)) {
         std::free(cache);
         return false;
     }
