@@ -7,7 +7,6 @@
 #include "cow_Support.h"
 
 #include <algorithm>
-#include <climits>
 #include <initializer_list>
 #include <utility>
 
@@ -32,17 +31,6 @@ public:
         for (const auto& [key, value] : entries)
             InsertUnlessMember(key, value);
     }
-    cow_Btree(const cow_Btree&) noexcept = default;
-    cow_Btree(cow_Btree&&) noexcept = default;
-    cow_Btree& operator=(const cow_Btree& other) noexcept {
-        cow_Btree(other).Swap(*this);
-        return *this;
-    }
-    cow_Btree& operator=(cow_Btree&& other) noexcept {
-        cow_Btree(std::move(other)).Swap(*this);
-        return *this;
-    }
-    ~cow_Btree() = default;
 
     [[nodiscard]] bool IsEmpty() const noexcept { return _root.IsNull(); }
     /// Number of entries. Cost: linear, they are counted.
@@ -123,7 +111,7 @@ bool cow_Btree<K, V>::InsertUnlessMember(const K& key, const V& value) {
         const int order = cow_BtreeOrder(key, node._key);
         if (order == 0) return false;
         path.Push(link);
-        link = &node._links[order >= 1];
+        link = &node.Toward(order);
     }
     *link = Link::Make(key, value);
     Rebalance(path, link);
@@ -142,7 +130,7 @@ bool cow_Btree<K, V>::Remove(const K& key) {
         Node& node = const_cast<Node&>(**link);
         const int order = cow_BtreeOrder(key, node._key);
         if (order == 0) break;
-        link = &node._links[order >= 1];
+        link = &node.Toward(order);
     }
     const int at = path.Size() - 1;
     const Node& found = **path[at];

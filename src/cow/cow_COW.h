@@ -10,7 +10,8 @@
 
 /// Copy-on-write holder of one object, or of none (null).
 ///
-/// Copies share the object under a reference count. Reading never copies it; `Get` clones it first
+/// Copies share the object under a reference count, which lies in the object itself where T derives
+/// from cow_HolderCount and beside it otherwise. Reading never copies it; `Get` clones it first
 /// when it is shared, as Policy says (cow_Direct, cow_Virtual). The count is a plain integer: a
 /// holder and its copies stay in one thread; DeepCopy() gives one to hand to another thread.
 template <class T, class Policy>
@@ -19,9 +20,9 @@ public:
     /// Null.
     constexpr cow_COW() noexcept = default;
     /// Takes \p owned over, also when this raises. Null gives a null holder.
-    explicit cow_COW(T* owned) : _holder(owned == nullptr ? nullptr : Holder::Adopt(owned)) {}
+    explicit cow_COW(T* owned) : _holder(owned == nullptr ? nullptr : Adopt(owned)) {}
     cow_COW(const cow_COW& other) noexcept : _holder(other._holder) {
-        if (_holder != nullptr) _holder->Share();
+        if (_holder != nullptr) _holder->AddHolder();
     }
     cow_COW(cow_COW&& other) noexcept : _holder(std::exchange(other._holder, nullptr)) {}
     cow_COW& operator=(const cow_COW& other) noexcept {
@@ -33,7 +34,7 @@ public:
         return *this;
     }
     ~cow_COW() {
-        if (_holder != nullptr && _holder->Drop()) delete _holder;
+        if (_holder != nullptr && _holder->RemoveHolder()) Delete(_holder);
     }
 
     /// A holder of a T built from \p arguments, in one allocation. Direct policy only.
@@ -42,14 +43,14 @@ public:
         static_assert(std::is_same_v<Policy, cow_Direct<T>>,
                       "Only a holder with direct copying builds its object in place.");
         cow_COW made;
-        made._holder = new Holder(std::in_place, std::forward<Arguments>(arguments)...);
+        made._holder = Build(std::forward<Arguments>(arguments)...);
         return made;
     }
 
     [[nodiscard]] bool IsNull() const noexcept { return _holder == nullptr; }
     [[nodiscard]] explicit operator bool() const noexcept { return _holder != nullptr; }
     /// Number of holders that share the object; 0 for a null holder.
-    [[nodiscard]] int Count() const noexcept { return _holder == nullptr ? 0 : _holder->Count(); }
+    [[nodiscard]] int Count() const noexcept { return _holder == nullptr ? 0 : _holder->HolderCount(); }
     [[nodiscard]] bool SharesWith(const cow_COW& other) const noexcept {
         return _holder != nullptr && _holder == other._holder;
     }
@@ -58,19 +59,19 @@ public:
     [[nodiscard]] const T& ConstGet() const {
         if (_holder == nullptr) [[unlikely]]
             cow_ThrowMissing("the holder is null");
-        return std::as_const(*_holder).Object();
+        return **this;
     }
     /// The object for writing, cloned first when shared. Null holder: std::out_of_range. When the
     /// clone raises, nothing has changed.
     T& Get() {
         if (_holder == nullptr) [[unlikely]]
             cow_ThrowMissing("the holder is null");
-        if (_holder->Count() > 1) [[unlikely]]
+        if (_holder->HolderCount() > 1) [[unlikely]]
             Detach();
-        return _holder->Object();
+        return ObjectOf(_holder);
     }
     /// The object for reading. Null holder: undefined.
-    [[nodiscard]] const T& operator*() const noexcept { return std::as_const(*_holder).Object(); }
+    [[nodiscard]] const T& operator*() const noexcept { return ObjectOf(_holder); }
     [[nodiscard]] const T* operator->() const noexcept { return &**this; }
 
     /// Makes this holder null.
@@ -83,9 +84,9 @@ public:
         cow_COW copy;
         if (_holder != nullptr) {
             if constexpr (std::is_same_v<Policy, cow_Direct<T>>) {
-                copy._holder = new Holder(std::in_place, cow_DeepCopyOf(**this));
+                copy._holder = Build(cow_DeepCopyOf(**this));
             } else {
-                copy._holder = Holder::Clone(**this);
+                copy._holder = Clone(**this);
             }
         }
         return copy;
@@ -99,12 +100,53 @@ public:
 private:
     using Holder = cow_CountedHld<T, Policy>;
 
+    // Asked within functions only: a class may hold holders of itself, and is incomplete till then.
+    [[nodiscard]] static constexpr bool CountsItself() {
+        return std::is_base_of_v<cow_HolderCount, T>;
+    }
+    [[nodiscard]] static T& ObjectOf(cow_HolderCount* holder) noexcept {
+        if constexpr (CountsItself()) {
+            return static_cast<T&>(*holder);
+        } else {
+            return static_cast<Holder*>(holder)->Object();
+        }
+    }
+    static void Delete(cow_HolderCount* holder) noexcept {
+        if constexpr (CountsItself()) {
+            delete static_cast<T*>(holder);
+        } else {
+            delete static_cast<Holder*>(holder);
+        }
+    }
+    [[nodiscard]] static cow_HolderCount* Adopt(T* owned) {
+        if constexpr (CountsItself()) {
+            return owned;
+        } else {
+            return Holder::Adopt(owned);
+        }
+    }
+    [[nodiscard]] static cow_HolderCount* Clone(const T& object) {
+        if constexpr (CountsItself()) {
+            return Policy::Copy(object);
+        } else {
+            return Holder::Clone(object);
+        }
+    }
+    template <class... Arguments>
+    [[nodiscard]] static cow_HolderCount* Build(Arguments&&... arguments) {
+        if constexpr (CountsItself()) {
+            return new T(std::forward<Arguments>(arguments)...);
+        } else {
+            return new Holder(std::in_place, std::forward<Arguments>(arguments)...);
+        }
+    }
+
     [[gnu::noinline]] void Detach() {
-        Holder* own = Holder::Clone(**this);
-        static_cast<void>(_holder->Drop());
+        cow_HolderCount* own = Clone(**this);
+        static_cast<void>(_holder->RemoveHolder());
         _holder = own;
         ++cow_detachCount;
     }
 
-    Holder* _holder = nullptr;
+    cow_HolderCount* _holder = nullptr;
 };

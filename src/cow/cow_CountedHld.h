@@ -9,12 +9,22 @@
 #include <utility>
 
 /// The reference count of a counted holder: a plain integer, for one thread at a time.
+///
+/// A class that is mostly kept in holders may derive from it; its objects then carry their own
+/// count and need no body beside them.
 class cow_HolderCount : public mem_AllocationOperatorsTiny {
 public:
-    [[nodiscard]] int Count() const noexcept { return _count; }
-    void Share() noexcept { ++_count; }
-    /// Gives one share back; true for the last one.
-    [[nodiscard]] bool Drop() noexcept { return --_count == 0; }
+    [[nodiscard]] int HolderCount() const noexcept { return _count; }
+    void AddHolder() noexcept { ++_count; }
+    /// True when the last holder is gone.
+    [[nodiscard]] bool RemoveHolder() noexcept { return --_count == 0; }
+
+protected:
+    cow_HolderCount() noexcept = default;
+    // A copy is another object, in no holder yet; an object assigned to stays in those it is in.
+    cow_HolderCount(const cow_HolderCount&) noexcept {}
+    cow_HolderCount& operator=(const cow_HolderCount&) noexcept { return *this; }
+    ~cow_HolderCount() = default;
 
 private:
     int _count = 1;

@@ -169,7 +169,7 @@ private:
     template <class T>
     void Read(T& target, const cow_String& keyword);
     template <class Getter>
-    void ReadDeprecated(const cow_String& keyword, const char* note, Getter getter);
+    void ReadDeprecated(const cow_String& keyword, const char* note, Getter read);
     void NoteDeprecated(const cow_String& keyword);
     [[nodiscard]] int ValuesForRequired() const noexcept { return _requiredKeywords + _size; }
     [[nodiscard]] int ValuesGiven() const { return _keywords.Length() + _size; }
@@ -185,9 +185,9 @@ private:
 };
 
 template <class Getter>
-void omu_Arguments::ReadDeprecated(const cow_String& keyword, const char* note, Getter getter) {
+void omu_Arguments::ReadDeprecated(const cow_String& keyword, const char* note, Getter read) {
     if (DeprecatedAlternative(note)) {
-        getter();
+        read();
         if (!ErrorOnPrevious()) {
             NoteDeprecated(keyword);
         }

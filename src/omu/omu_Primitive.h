@@ -4,9 +4,9 @@
 #include "cls_Fields.h"
 #include "cls_Uid.h"
 #include "cow_ArrayCOW.h"
+#include "cow_CountedHld.h"
 #include "cow_String.h"
 #include "cow_Virtual.h"
-#include "mem_AllocationOperatorsTiny.h"
 
 #include <concepts>
 #include <type_traits>
@@ -18,8 +18,8 @@ class omu_PrimVisitor;
 /// A value has a one-character kind code, fixed at construction, text forms, an equality and a
 /// persistent form. It is immutable once shared: containers keep values in omu_PrimHolder, which
 /// shares on copy and clones through Copy() on the first write. Values and their holders stay in
-/// one thread at a time.
-class CAE_API omu_Primitive : public mem_AllocationOperatorsTiny {
+/// one thread at a time. A value carries the count of its holders itself.
+class CAE_API omu_Primitive : public cow_HolderCount {
 public:
     static constexpr cls_ClassInfo kClass{"omu_Primitive", 0x130011, 1, 514};
     /// The identity of this class.

@@ -282,13 +282,20 @@ struct omu_SequenceTraits {
                 return true;
             }
         }
-        const bool converted = omu_ForEachElement(view, [&](int, const omu_Primitive& element) {
-            T converter{};
-            if (!omu_ValueTraits<T>::Convert(element, converter)) {
-                return false;
+        if constexpr (requires { taken.Grow(1); }) {
+            taken.Grow(view.Length());
+        }
+        const bool converted = omu_ForEachElement(view, [&](int i, const omu_Primitive& element) {
+            if constexpr (requires { taken.Grow(1); }) {
+                return omu_ValueTraits<T>::Convert(element, taken.Get(i));
+            } else {
+                T next{};
+                if (!omu_ValueTraits<T>::Convert(element, next)) {
+                    return false;
+                }
+                taken.Append(std::move(next));
+                return true;
             }
-            taken.Append(std::move(converter));
-            return true;
         });
         if (converted) {
             target = std::move(taken);

@@ -23,6 +23,10 @@ namespace {
 
 using IntTree = cow_Btree<int, int>;
 using IntNode = cow_BtreeNode<int, int>;
+static_assert(std::is_nothrow_copy_assignable_v<IntTree> &&
+              std::is_nothrow_move_assignable_v<IntTree>);
+static_assert(sizeof(IntNode::Link) == sizeof(void*) && sizeof(IntNode) == 32,
+              "with its count a node of ints takes 40 bytes");
 
 // The balancing rule once more, as recursion over plain nodes: what every insertion must give.
 struct Plain {

@@ -68,6 +68,26 @@ TEST(CowHolders, ReadingSharesAndWritingClonesTheObjectsOwnClass) {
     EXPECT_EQ(Shape::live, 0);
 }
 
+// Carries its own count: a holder then needs no body beside it.
+class Counted : public cow_HolderCount, public Square {
+public:
+    [[nodiscard]] Counted* Copy() const override { return new Counted(*this); }
+};
+
+TEST(CowHolders, ObjectsThatCountThemselvesAreSharedLikeOthers) {
+    {
+        auto* const object = new Counted;
+        const cow_ArrayCOW<Counted, cow_Virtual<Counted>> holder(object);
+        auto copy = holder;
+        EXPECT_EQ(object->HolderCount(), 2);
+        copy.Get().sides = 4;
+        EXPECT_EQ(object->HolderCount(), 1);
+        EXPECT_EQ(copy.Count(), 1) << "a copy starts with a count of its own";
+        EXPECT_EQ(holder->sides, 0);
+    }
+    EXPECT_EQ(Shape::live, 0);
+}
+
 TEST(CowHolders, NullHoldersRaiseAndFailedClonesChangeNothing) {
     ShapeHolder null;
     EXPECT_TRUE(null.IsNull() && null.Count() == 0 && null == ShapeHolder(nullptr));

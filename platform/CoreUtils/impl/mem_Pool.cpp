@@ -87,9 +87,14 @@ public:
                 block->next = head;
                 head = block;
             }
-            for (; taken < most && span.fresh < capacity; ++taken, ++span.fresh) {
-                head = ::new (Address(index) + span.fresh * size) Block{head};
+            // Chained from the last one on, so that they are handed out by ascending address.
+            const auto fresh = static_cast<std::uint32_t>(
+                std::min<std::size_t>(most - taken, capacity - span.fresh));
+            for (std::uint32_t i = fresh; i > 0; --i) {
+                head = ::new (Address(index) + (span.fresh + i - 1) * size) Block{head};
             }
+            taken += fresh;
+            span.fresh += fresh;
             span.used += static_cast<std::uint32_t>(taken - before);
             if (!span.free && span.fresh == capacity) {
                 Unlink(_open[kind], index);

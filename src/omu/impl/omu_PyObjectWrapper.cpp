@@ -9,14 +9,14 @@ namespace {
 
 constinit omu_PyObjectHooks hooks;
 
-void* Share(void* object) {
+void* ShareObject(void* object) {
     if (object != nullptr && hooks.increment != nullptr) {
         hooks.increment(object);
     }
     return object;
 }
 
-void Drop(void* object) noexcept {
+void DropObject(void* object) noexcept {
     if (object != nullptr && hooks.decrement != nullptr) {
         hooks.decrement(object);
     }
@@ -29,10 +29,10 @@ cow_String TextBy(cow_String (*hook)(void*), void* object, const char* otherwise
 }  // namespace
 
 omu_PyObjectWrapper::omu_PyObjectWrapper(void* object)
-    : omu_Primitive(kCode), _object(Share(object)) {}
+    : omu_Primitive(kCode), _object(ShareObject(object)) {}
 
 omu_PyObjectWrapper::omu_PyObjectWrapper(const omu_PyObjectWrapper& other)
-    : omu_Primitive(other), _object(Share(other._object)) {}
+    : omu_Primitive(other), _object(ShareObject(other._object)) {}
 
 omu_PyObjectWrapper& omu_PyObjectWrapper::operator=(const omu_PyObjectWrapper& other) {
     omu_PyObjectWrapper copy(other);
@@ -41,7 +41,7 @@ omu_PyObjectWrapper& omu_PyObjectWrapper::operator=(const omu_PyObjectWrapper& o
     return *this;
 }
 
-omu_PyObjectWrapper::~omu_PyObjectWrapper() { Drop(_object); }
+omu_PyObjectWrapper::~omu_PyObjectWrapper() { DropObject(_object); }
 
 cow_String omu_PyObjectWrapper::TypeString() const {
     return TextBy(hooks.typeName, _object, "object");
