@@ -3,6 +3,7 @@
 extern "C" {
 
 const char* __asan_default_options();
+const char* __lsan_default_options();
 const char* __lsan_default_suppressions();
 const char* __tsan_default_options();
 const char* __ubsan_default_options();
@@ -11,6 +12,11 @@ const char* __ubsan_default_options();
 __attribute__((visibility("default"))) const char* __asan_default_options() {
     return "allocator_may_return_null=1:detect_stack_use_after_return=1:"
            "check_initialization_order=1:strict_string_checks=1";
+}
+
+// A program's output is its own: matched suppressions are not listed.
+__attribute__((visibility("default"))) const char* __lsan_default_options() {
+    return "print_suppressions=0";
 }
 
 // What the interpreter and NumPy keep to the end of the process.

@@ -52,7 +52,8 @@ class MeshReader(unittest.TestCase):
             self.assertEqual(mesh.points.ravel().tolist(), POINTS)
             self.assertEqual(mesh.cell_data["id"].tolist(), [7, 8, 9])
             (tet, tets, tet_cells), (hexa, hexes, _) = mesh.solids()
-            self.assertEqual((tet, tets.tolist(), tet_cells.tolist()), ("TET4", [[4, 5, 6, 8]], [1]))
+            self.assertEqual((tet, tets.tolist(), tet_cells.tolist()),
+                             ("TET4", [[4, 5, 6, 8]], [1]))
             # A voxel's nodes come row by row, a hexahedron's around its base.
             self.assertEqual((hexa, hexes.tolist()), ("HEX8", [[0, 1, 3, 2, 4, 5, 7, 6]]))
             self.assertEqual(mesh.nodes_of(5)[1].tolist(), [[4, 5, 6]])
@@ -68,7 +69,8 @@ class MeshReader(unittest.TestCase):
         binary_cells = binary().index(b"CELLS") + len("CELLS 3 18\n")
         for content, message in (
             ("", "line 1: expected the header '# vtk DataFile Version', found the end of the file"),
-            ("<VTKFile>\n", "line 1: expected the header '# vtk DataFile Version', found '<VTKFile>'"),
+            ("<VTKFile>\n",
+             "line 1: expected the header '# vtk DataFile Version', found '<VTKFile>'"),
             (TEXT.replace("ASCII", "TEXT"), "line 3: expected ASCII or BINARY, found 'TEXT'"),
             (TEXT.replace("POINTS 9", "POINTS nine"),
              "line 5: expected the number of points, found 'nine'"),
@@ -76,6 +78,8 @@ class MeshReader(unittest.TestCase):
              "line 5: expected a numeric type (int, float, double, ...), found 'quad'"),
             (TEXT.replace("0.25 2", "0.25 x"),
              "line 6: expected a number among the coordinates, found 'x'"),
+            (TEXT.replace("CELLS 3", "CELLS 999999999999"),
+             "line 8: expected at least 999999999999 cell entries, found 18"),
             (TEXT.replace("4 4 5 6 8", "4 4 5 6 8.5"),
              "line 10: expected an integer among the cell entries, found '8.5'"),
             (TEXT.replace("4 4 5 6 8", "9 4 5 6 8"),

@@ -104,7 +104,7 @@ TEST_F(host_MeshCommands, MeasureACubeWhateverItsCells) {
         Run("part", "cube", Points(kCube), cells);
         EXPECT_EQ(Text("boundingBox", "cube"), "((0.0, 0.0, 0.0), (1.0, 1.0, 1.0))");
         EXPECT_NEAR(Number("surfaceArea", "cube"), 6, 1e-14);
-        EXPECT_NEAR(Number("volume", "cube"), 1, 1e-15);
+        EXPECT_NEAR(Number("volume", "cube"), 1, 1e-14);
         // Moments of a cube of mass 3: m a^2 / 6 about its centre.
         const Value mass = Run("massProperties", "cube", 3.0);
         const auto& found = dynamic_cast<const Dictionary&>(*mass);
@@ -144,13 +144,13 @@ TEST_F(host_MeshCommands, WarpedNeighboursLeaveNoGap) {
     Run("part", "box", Points({0,  0, 0, 0,  1, 0, 0, 1, 1, 0, 0, 1, .4, 0, 0, .7, 1, 0,
                                .5, 1, 1, .8, 0, 1, 2, 0, 0, 2, 1, 0, 2,  1, 1, 2,  0, 1}),
         Cells({0, 4, 5, 1, 3, 7, 6, 2, 4, 8, 9, 5, 7, 11, 10, 6}, 8));
-    EXPECT_NEAR(Number("volume", "box"), 2, 1e-15);
+    EXPECT_NEAR(Number("volume", "box"), 2, 1e-14);
     EXPECT_NEAR(Number("surfaceArea", "box"), 10, 1e-14);
     // By the trilinear map the first one's volume is the mean of the four edges' lengths.
     omu_Arguments first;
     first.Put(cow_1DArray<int>{0}, "cells");
     EXPECT_EQ(Number("group", first, "box", "first"), 1);
-    EXPECT_NEAR(Number("volume", "box", "first"), 0.6, 1e-15);
+    EXPECT_NEAR(Number("volume", "box", "first"), 0.6, 1e-14);
 }
 
 TEST_F(host_MeshCommands, ASphereConvergesWithSecondOrder) {
@@ -265,7 +265,7 @@ protected:
 };
 
 TEST_F(host_Row, MixedCellsGroupsAndReport) {
-    EXPECT_NEAR(Number("volume", "row"), 3, 1e-15);
+    EXPECT_NEAR(Number("volume", "row"), 3, 1e-14);
     EXPECT_NEAR(Number("surfaceArea", "row"), 14, 1e-14);
     cow_2DArray<double> box(2, 3);
     for (int k = 0; k < 3; ++k) {
@@ -276,7 +276,7 @@ TEST_F(host_Row, MixedCellsGroupsAndReport) {
     more.Put(omu_PrimTuple(box, '('), "box");
     more.Put(cow_1DArray<int>{3, 0, 3}, "cells");
     EXPECT_EQ(Number("group", more, "row", "some"), 3);
-    EXPECT_NEAR(Number("volume", "row", "some"), 2.5, 1e-15);
+    EXPECT_NEAR(Number("volume", "row", "some"), 2.5, 1e-14);
 
     omu_Arguments options;
     Dictionary units;
@@ -307,7 +307,7 @@ TEST_F(host_Row, MixedCellsGroupsAndReport) {
               "  greatest          1\n"
               "           0 to 0.5            0\n"
               "         0.5 to 1              4 ########################################\n"
-              "  The worst cells\n"
+              "  The worst cells, numbered from 0\n"
               "    cell       2  0.816497   about (2.33333, 0.333333, 0.5)\n"
               "    cell       3  0.816497   about (2.66667, 0.666667, 0.5)\n"
               "\n"
@@ -359,7 +359,7 @@ TEST_F(host_Row, ErrorsSayWhatIsWrong) {
 TEST_F(host_MeshCommands, RepairedNamesAreLegal) {
     const std::pair<const char*, const char*> rows[] = {
         {"Bracket", "Bracket"},
-        {"4\" flange v1.2", "N4' flange v1-2"},
+        {"4\" flange v1.2", "N4 flange v1-2"},
         {"__a\\b_ ", "a-b"},
     };
     for (const auto& [text, legal] : rows) {

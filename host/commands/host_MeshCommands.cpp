@@ -1,0 +1,460 @@
+#include "host_MeshCommands.h"
+
+#include "host_Command.h"
+#include "host_PartReport.h"
+#include "host_PartTable.h"
+#include "omu_Get.h"
+#include "omu_RangeChecker.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace {
+
+constexpr const char* kSource = "host/commands/host_MeshCommands";
+
+[[noreturn]] void RefuseValue(const std::string& message, int line) {
+    omu_ValueErrorException(atr_String(message)).Throw(kSource, line);
+}
+
+// --- Reading -----------------------------------------------------------------------------------
+
+std::vector<host_Point> PointsOf(const omu_PrimArray& array) {
+    if (array.Dimensions() != 2 || array.Dims()[1] != 3) {
+        RefuseValue("points is an array of shape " +
+                        std::string(omu_PrimArray(array.Dims()).AsString(0).View()) +
+                        "; [n, 3] was expected",
+                    __LINE__);
+    }
+    const std::vector<double> values = array.AsDoubles();
+    std::vector<host_Point> points(values.size() / 3);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        points[i / 3][i % 3] = values[i];
+    }
+    return points;
+}
+
+/// An array of shape (n, 3), or else a sequence of triples.
+omu_PrimArray GetPoints(omu_Arguments& args, const char* keyword) {
+    omu_PrimArray array;
+    args.Get(array, keyword);
+    if (args.ErrorOnPrevious() && args.Alternative()) {
+        cow_2DArray<double> rows;
+        args.Get(rows, keyword);
+        std::vector<double> values;
+        for (int i = 0; i < rows.Rows(); ++i) {
+            for (int j = 0; j < rows.Columns(); ++j) {
+                values.push_back(rows.ConstGet(i, j));
+            }
+        }
+        if (!args.ErrorOnPrevious()) {
+            array = omu_PrimArray(std::move(values), {rows.Rows(), rows.Columns()});
+        }
+    }
+    return array;
+}
+
+/// A point, or \p point as it is when the sequence is empty.
+void TakePoint(const cow_1DArrayList<double>& values, const char* keyword, host_Point& point) {
+    if (values.Length() != 0 && values.Length() != 3) {
+        RefuseValue(std::string(keyword) + " has " + std::to_string(values.Length()) +
+                        " coordinates; 3 were expected",
+                    __LINE__);
+    }
+    std::copy(values.begin(), values.end(), point.begin());
+}
+
+/// Adds an array of shape (n, nodes of a cell). Without a type the number of nodes decides.
+void AddBlock(host_Mesh& mesh, const omu_PrimArray& nodes, const host_CellType* type) {
+    if (nodes.ElementType() != omu_PrimNumber::INT || nodes.Dimensions() != 2) {
+        RefuseValue("cells of one type are an array of int of two dimensions, cell by cell",
+                    __LINE__);
+    }
+    const host_CellType byCount = host_Mesh::TypeOf(nodes.Dims()[1]);
+    if (type != nullptr && *type != byCount) {
+        RefuseValue(std::string(host_CellTypeConstant(*type).GetString()) + " cells have " +
+                        std::to_string(host_Mesh::NodeCount(*type)) + " nodes, not " +
+                        std::to_string(nodes.Dims()[1]),
+                    __LINE__);
+    }
+    mesh.AddCells(byCount, nodes.Ints());
+}
+
+/// Adds a sequence of blocks (TYPE, array) and cells (node, node, ...), in any mixture.
+void AddSequence(host_Mesh& mesh, omu_PrimTuple& cells) {
+    std::vector<omu_PrimTuple> items(static_cast<std::size_t>(cells.Length()), omu_PrimTuple('('));
+    cells.Begin();
+    for (omu_PrimTuple& item : items) {
+        cells.Get(item);
+    }
+    cells.End();
+    for (omu_PrimTuple& item : items) {
+        item.Begin();
+        if (item.Length() == 2) {
+            host_CellTypeConstant type(host_CellType::Tet4);
+            omu_PrimArray nodes(std::vector<int>{});
+            item.Get(type);
+            item.Get(nodes);
+            item.End();
+            const host_CellType given = type;
+            AddBlock(mesh, nodes, &given);
+        } else {
+            std::vector<int> nodes(static_cast<std::size_t>(item.Length()));
+            for (int& node : nodes) {
+                item.Get(node);
+            }
+            item.End();
+            mesh.AddCells(host_Mesh::TypeOf(item.Length()), nodes);
+        }
+    }
+}
+
+host_Part& FindPart(const cow_String& name) { return host_PartTable::Instance().Find(name); }
+
+/// The part of a command that has no other parameter.
+host_Part& OnlyPart(omu_Arguments& args) {
+    cow_String name;
+    args.Begin();
+    args.Get(name, "part");
+    args.End();
+    return FindPart(name);
+}
+
+// --- Results -----------------------------------------------------------------------------------
+
+omu_PrimTuple* Triple(double a, double b, double c) {
+    auto tuple = std::make_unique<omu_PrimTuple>(3, omu_PrimSequence::kCode);
+    tuple->Put(a);
+    tuple->Put(b);
+    tuple->Put(c);
+    return tuple.release();
+}
+
+omu_PrimTuple* Triple(const host_Point& point) { return Triple(point[0], point[1], point[2]); }
+
+void Print(const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
+// --- The commands ------------------------------------------------------------------------------
+
+omu_Primitive* Part(omu_Arguments& args) {
+    omu_TarvexName name;
+    args.Begin();
+    args.Get(name, "name");
+    const omu_PrimArray points = GetPoints(args, "points");
+    omu_PrimArray block;
+    omu_PrimTuple cells('(');
+    args.Get(block, "cells");
+    const bool isSequence = args.ErrorOnPrevious() && args.Alternative();
+    if (isSequence) {
+        args.Get(cells, "cells");
+    }
+    args.End();
+
+    host_Part part{name.AsString(), host_Mesh(PointsOf(points)), {}};
+    if (isSequence) {
+        AddSequence(part.mesh, cells);
+    } else {
+        AddBlock(part.mesh, block, nullptr);
+    }
+    host_PartTable::Instance().Add(std::move(part));
+    return new omu_PrimString(name.AsString());
+}
+
+omu_Primitive* DeletePart(omu_Arguments& args) {
+    host_PartTable::Instance().Remove(OnlyPart(args).name);
+    return nullptr;
+}
+
+omu_Primitive* LegalName(omu_Arguments& args) {
+    cow_String text;
+    args.Begin();
+    args.Get(text, "text");
+    args.End();
+    // N before a leading digit, hyphens for full stops and backslashes; double quotes go, and so do
+    // blanks and underscores at the ends.
+    if (!omu_TarvexName::MakeLegalGuiName(text, "N.--..")) {
+        RefuseValue("no legal name can be made of this text", __LINE__);
+    }
+    return new omu_PrimString(text);
+}
+
+omu_Primitive* Group(omu_Arguments& args) {
+    cow_String partName;
+    omu_TarvexName name;
+    cow_1DArrayList<int> cells;
+    cow_2DArray<double> box;
+    args.Begin();
+    args.Get(partName, "part");
+    args.Get(name, "name");
+    args.Optional();
+    args.Get(cells, "cells");
+    args.Get(box, "box");
+    args.End();
+
+    host_Part& part = FindPart(partName);
+    std::vector<int> members(cells.begin(), cells.end());
+    const int cellCount = part.mesh.CellCount();
+    const omu_RangeChecker range = omu_RangeChecker().AtLeast(0).Below(cellCount);
+    for (const int cell : members) {
+        range.Check("cells", cell);
+    }
+    if (box.Rows() != 0) {
+        if (box.Rows() != 2 || box.Columns() != 3) {
+            RefuseValue("box must be two corners of three coordinates each", __LINE__);
+        }
+        for (int cell = 0; cell < cellCount; ++cell) {
+            const host_Point middle = part.mesh.Middle(cell);
+            bool isInside = true;
+            for (int k = 0; k < 3; ++k) {
+                const double at = middle[static_cast<std::size_t>(k)];
+                isInside = isInside && at >= box.ConstGet(0, k) && at <= box.ConstGet(1, k);
+            }
+            if (isInside) {
+                members.push_back(cell);
+            }
+        }
+    }
+    std::sort(members.begin(), members.end());
+    members.erase(std::unique(members.begin(), members.end()), members.end());
+    const int count = static_cast<int>(members.size());
+    part.groups[name.AsString()] = std::move(members);
+    return new omu_PrimNumber(count);
+}
+
+omu_Primitive* BoundingBox(omu_Arguments& args) {
+    const auto box = OnlyPart(args).mesh.BoundingBox();
+    return omu_MakeTuple(2, [&](int i) { return Triple(i == 0 ? box.low : box.high); });
+}
+
+omu_Primitive* SurfaceArea(omu_Arguments& args) {
+    return new omu_PrimNumber(OnlyPart(args).mesh.SurfaceArea());
+}
+
+omu_Primitive* Volume(omu_Arguments& args) {
+    cow_String name;
+    cow_String group;
+    args.Begin();
+    args.Get(name, "part");
+    args.Optional();
+    args.Get(group, "group");
+    args.End();
+    const host_Part& part = FindPart(name);
+    return new omu_PrimNumber(part.mesh.Moments(part.Cells(group)).volume);
+}
+
+omu_Primitive* MassProperties(omu_Arguments& args) {
+    cow_String name;
+    double density = 1;
+    cow_1DArrayList<double> about;
+    args.Begin();
+    args.Get(name, "part");
+    args.Optional();
+    args.Get(density, "density");
+    args.Get(about, "about");
+    args.End();
+    omu_RangeChecker().Above(0).Check("density", density);
+
+    const host_Part& part = FindPart(name);
+    const host_Moments moments = part.mesh.Moments(part.Cells({}));
+    host_Point point = moments.centre;
+    TakePoint(about, "about", point);
+    const auto [xx, yy, zz, xy, yz, xz] = moments.Inertia(density, point);
+    auto result = std::make_unique<omu_PrimDictionary<cow_String>>();
+    result->Put("volume", moments.volume);
+    result->Put("mass", density * moments.volume);
+    result->Put("centre", Triple(moments.centre));
+    result->Put("inertia", omu_PrimArray(std::vector{xx, xy, xz, xy, yy, yz, xz, yz, zz}, {3, 3}));
+    return result.release();
+}
+
+omu_Primitive* ElementQuality(omu_Arguments& args) {
+    cow_String name;
+    cow_String group;
+    host_MeasureConstant measure(host_QualityMeasure::ScaledJacobian);
+    int worst = 5;
+    args.Begin();
+    args.Get(name, "part");
+    args.Optional();
+    args.Get(measure, "measure");
+    args.Get(worst, "worst");
+    args.Get(group, "group");
+    args.End();
+    omu_RangeChecker().AtLeast(0).Check("worst", worst);
+
+    const host_Part& part = FindPart(name);
+    const std::vector<int> cells = part.Cells(group);
+    if (cells.empty()) {
+        RefuseValue("there are no cells to judge", __LINE__);
+    }
+    const host_QualitySummary quality(part.mesh, cells, measure, worst);
+    auto result = std::make_unique<omu_PrimDictionary<cow_String>>();
+    result->Put("least", quality.least);
+    result->Put("mean", quality.mean);
+    result->Put("greatest", quality.greatest);
+    result->Put("values", omu_PrimArray(quality.values));
+    cow_1DArrayList<int> worstCells;
+    for (const std::size_t place : quality.worst) {
+        worstCells.Append(cells[place]);
+    }
+    result->Put("worst", omu_ReturnPrim(worstCells));
+    return result.release();
+}
+
+omu_Primitive* Report(omu_Arguments& args) {
+    cow_String name;
+    host_ReportOptions options;
+    omu_PrimDictionary<cow_String> units;
+    host_MeasureConstant measure(options.measure);
+    args.Begin();
+    args.Get(name, "part");
+    args.Optional();
+    args.Get(options.density, "density");
+    args.Get(units, "units");
+    args.Get(measure, "measure");
+    args.Get(options.worst, "worst");
+    args.Get(options.bins, "bins");
+    args.End();
+    options.measure = measure;
+    omu_RangeChecker().Above(0).Check("density", options.density);
+    omu_RangeChecker().AtLeast(0).Check("worst", options.worst);
+    omu_RangeChecker().AtLeast(1).AtMost(100).Check("bins", options.bins);
+
+    // The dictionary is read as the keywords of a list of its own, so that its errors name them.
+    omu_Arguments given;
+    given.SetNestedErrorStr("units");
+    for (const auto& entry : units) {
+        given.Put(entry.Value().ConstGet().Copy(), entry.Key());
+    }
+    cow_String length;
+    cow_String mass;
+    given.Begin();
+    given.Optional();
+    given.Get(length, "length");
+    given.Get(mass, "mass");
+    given.End();
+    options.lengthUnit = length.Std();
+    options.massUnit = mass.Std();
+    Print(host_PartReport(FindPart(name), options));
+    return nullptr;
+}
+
+omu_Primitive* Say(omu_Arguments& args) {
+    cow_String text;
+    args.Begin();
+    args.Optional();
+    args.Get(text, "text");
+    args.End();
+    Print(text.Std() + "\n");
+    return nullptr;
+}
+
+// --- Their declarations ------------------------------------------------------------------------
+
+template <class E>
+std::vector<std::string> Names() {
+    std::vector<std::string> names;
+    for (const auto* entry = omu_EnumTable<E, 1>::kEntries; entry->name != nullptr; ++entry) {
+        names.emplace_back(entry->name);
+    }
+    return names;
+}
+
+const host_Parameter kPart{"part", "str", "name of a part", "", {}};
+const host_Parameter kGroup{
+    "group", "str", "name of a group of its cells; all cells by default", "''", {}};
+const host_Parameter kDensity{"density", "float", "mass of one unit of volume, above 0", "1.0", {}};
+const host_Parameter kWorst{"worst", "int", "how many of the worst cells to list", "5", {}};
+
+host_Parameter Measure() {
+    return {"measure", "constant", "how the shape of a cell is judged", "SCALED_JACOBIAN",
+            Names<host_QualityMeasure>()};
+}
+
+constexpr const char* kMeasures =
+    "The ideal cell has equal edges and the value 1. Of a cell's corners the least counts;\n"
+    "a pyramid's apex is left out. J is the determinant of a corner's three edges.\n"
+    "SCALED_JACOBIAN  J over the edges' lengths, relative to the ideal; 0 or less is inverted.\n"
+    "                 Stimpson and others, The Verdict Geometric Quality Library, SAND2007-1751\n"
+    "MEAN_RATIO       3 det(T)^(2/3) / |T|^2, T the map from the ideal corner; 0 if inverted.\n"
+    "                 Knupp, Finite Elements in Analysis and Design 39 (2003), 217-241\n"
+    "EDGE_RATIO       longest over shortest edge. Verdict, as above";
+
+}  // namespace
+
+void host_RegisterMeshCommands(host_CommandTable& table) {
+    table.Add(
+        {"part",
+         "Makes a part of a mesh of solid cells and returns its name.\n"
+         "cells is an array, one row of nodes a cell, or a sequence of (TYPE, array) and of\n"
+         "cells given as (node, node, ...). Cells have 4, 5, 6 or 8 nodes: the base first,\n"
+         "then the apex or the opposite face. Points and cells are numbered from 0. A part\n"
+         "of the same name is replaced.",
+         {{"name", "str", "a legal name; legalName makes one", "", {}},
+          {"points", "array", "coordinates, of shape (n, 3), or a sequence of triples", "", {}},
+          {"cells", "array or sequence", "the nodes of each cell", "", Names<host_CellType>()}},
+         Part});
+    table.Add({"deletePart", "Removes a part.", {kPart}, DeletePart});
+    table.Add(
+        {"legalName",
+         "Returns the text made a legal name: at most 38 bytes, no double quote, full stop or\n"
+         "backslash, no digit at the start, no blank or underscore at either end.",
+         {{"text", "str", "any text", "", {}}},
+         LegalName});
+    table.Add({"group",
+               "Names some of a part's cells and returns their number.\n"
+               "Both forms may be given together; a group of the same name is replaced.",
+               {kPart,
+                {"name", "str", "a legal name", "", {}},
+                {"cells", "sequence of int", "numbers of cells", "()", {}},
+                {"box",
+                 "two points",
+                 "lowest and highest corner: the cells whose middle is inside",
+                 "()",
+                 {}}},
+               Group});
+    table.Add({"boundingBox",
+               "Returns the lowest and the highest corner of a part's points.",
+               {kPart},
+               BoundingBox});
+    table.Add({"surfaceArea",
+               "Returns the area of the faces that belong to one cell only.",
+               {kPart},
+               SurfaceArea});
+    table.Add({"volume",
+               "Returns the volume of a part or of a group of its cells.",
+               {kPart, kGroup},
+               Volume});
+    table.Add(
+        {"massProperties",
+         "Returns a dictionary of a part's volume, mass, centre of mass and tensor of inertia\n"
+         "(a 3x3 array; its element xy is minus the integral of density x y).",
+         {kPart,
+          kDensity,
+          {"about",
+           "point",
+           "where the inertia is taken; the centre of mass by default",
+           "()",
+           {}}},
+         MassProperties});
+    table.Add({"elementQuality",
+               std::string("Returns a dictionary: least, mean and greatest quality, the values of\n"
+                           "all cells, the numbers of the worst.\n") +
+                   kMeasures,
+               {kPart, Measure(), kWorst, kGroup},
+               ElementQuality});
+    table.Add({"report",
+               std::string("Prints what there is to know of a part.\n") + kMeasures,
+               {kPart,
+                kDensity,
+                {"units", "dictionary", "names to print: {'length': 'mm', 'mass': 'kg'}", "{}", {}},
+                Measure(),
+                kWorst,
+                {"bins", "int", "bars of the histogram, 1 to 100", "10", {}}},
+               Report});
+    table.Add({"say", "Prints a line of text.", {{"text", "str", "the line", "''", {}}}, Say});
+}
