@@ -106,8 +106,8 @@ std::string host_Journal::GiveName(const omu_InterfaceHandle& object) {
     return _names.back().second;
 }
 
-host_JournalEntry::host_JournalEntry(const host_Command& command, const omu_InterfaceHandle& object,
-                                     const omu_Arguments& arguments) {
+void host_JournalEntry::BeginCall(const host_Command& command, const omu_InterfaceHandle& object,
+                                  const omu_Arguments& arguments) {
     if (!host_Journal::Instance().IsOpen()) {
         return;
     }
@@ -132,7 +132,7 @@ host_JournalEntry::host_JournalEntry(const host_Command& command, const omu_Inte
     Begin(text.Text(), command.name, text.Obstacle());
 }
 
-host_JournalEntry::host_JournalEntry(const omu_InterfaceHandle& object, const cow_String& attribute,
+void host_JournalEntry::BeginSetting(const omu_InterfaceHandle& object, const cow_String& attribute,
                                      const omu_Primitive& value) {
     if (!host_Journal::Instance().IsOpen()) {
         return;

@@ -51,16 +51,17 @@ private:
 /// repeated itself. Does nothing while the journal is closed.
 class host_JournalEntry {
 public:
-    /// A call of \p command, a method of \p object if that is one.
-    host_JournalEntry(const host_Command& command, const omu_InterfaceHandle& object,
-                      const omu_Arguments& arguments);
-    /// The setting of an attribute.
-    host_JournalEntry(const omu_InterfaceHandle& object, const cow_String& attribute,
-                      const omu_Primitive& value);
+    host_JournalEntry() = default;
     ~host_JournalEntry();
     host_JournalEntry(const host_JournalEntry&) = delete;
     host_JournalEntry& operator=(const host_JournalEntry&) = delete;
 
+    /// Begins with a call of \p command, a method of \p object if that is one.
+    void BeginCall(const host_Command& command, const omu_InterfaceHandle& object,
+                   const omu_Arguments& arguments);
+    /// Begins with the setting of an attribute.
+    void BeginSetting(const omu_InterfaceHandle& object, const cow_String& attribute,
+                      const omu_Primitive& value);
     /// The step has succeeded. \p result is the application object it gave, if any: a later step
     /// may need it by name.
     void Commit(const omu_InterfaceHandle& result = {});

@@ -72,10 +72,6 @@ void Fill(omu_Arguments& arguments, const Callable& callable, PyObject* const* g
     }
 }
 
-std::unique_ptr<omu_Primitive> Run(const Callable& callable, omu_Arguments& arguments) {
-    return std::unique_ptr<omu_Primitive>(callable.declaration.run(arguments));
-}
-
 /// The application object that a result is, to be named in the journal.
 omu_InterfaceHandle ObjectOf(const omu_Primitive* result) {
     const auto* wrapper = result != nullptr ? omu_PrimCast<omu_PrimWrapper>(*result) : nullptr;
@@ -89,10 +85,14 @@ PyObject* Call(PyObject* self, PyObject* const* given, std::size_t flags, PyObje
     const Py_ssize_t positional = PyVectorcall_NARGS(flags);
     return host_AtBorder([&]() -> PyObject* {
         try {
-            omu_Arguments arguments(static_cast<int>(positional));
-            Fill(arguments, callable, given, positional, keywordNames);
-            host_JournalEntry entry(callable.declaration, callable.object, arguments);
-            std::unique_ptr<omu_Primitive> result = Run(callable, arguments);
+            host_JournalEntry entry;
+            std::unique_ptr<omu_Primitive> result;
+            {
+                omu_Arguments arguments(static_cast<int>(positional));
+                Fill(arguments, callable, given, positional, keywordNames);
+                entry.BeginCall(callable.declaration, callable.object, arguments);
+                result.reset(callable.declaration.run(arguments));
+            }  // an array of the result that shared its elements with an argument has its own now
             const omu_InterfaceHandle object = ObjectOf(result.get());
             host_PyRef converted = host_ToPython(std::move(result));
             host_GiveBackDropped();

@@ -74,7 +74,8 @@ int SetAttribute(PyObject* self, PyObject* attribute, PyObject* value) {
         const omu_InterfaceHandle handle = Interface::Of(self).handle;
         omu_InterfaceObj& object = handle.Require();
         const std::unique_ptr<omu_Primitive> given = host_FromPython(value);
-        host_JournalEntry entry(handle, name, *given);
+        host_JournalEntry entry;
+        entry.BeginSetting(handle, name, *given);
         WithNearestName(object, name, [&] { object.SetAttribute(name, *given); });
         entry.Commit();
         return 0;

@@ -4,6 +4,8 @@
 #include "omu_PrimTuple.h"
 #include "omu_StandardTraits.h"
 
+#include <vector>
+
 /// The arguments of one scripted command call: positional values and keyword values.
 ///
 /// A command reads them back in the order of its signature, one getter a parameter, each naming
@@ -149,7 +151,7 @@ public:
         return _keywords;
     }
     /// The keywords in the order they were put.
-    [[nodiscard]] const cow_List<cow_String>& KeywordOrder() const noexcept {
+    [[nodiscard]] const std::vector<cow_String>& KeywordOrder() const noexcept {
         return _keywordOrder;
     }
     /// The keyword of the parameter that the last error is about; empty for a positional one.
@@ -160,7 +162,10 @@ protected:
 
 private:
     void PutKeyword(omu_Primitive* value, const cow_String& keyword);
-    void CountKeyword(const cow_String& keyword);
+    using Place = std::vector<cow_String>::iterator;
+    /// The keyword among those not consumed yet, or their end.
+    [[nodiscard]] Place FindUnconsumed(const cow_String& keyword) noexcept;
+    void CountKeyword(Place keyword);
     void MissKeyword(const cow_String& keyword);
     void SetKeywordTypeError(const cow_String& keyword, cow_String expected,
                              const omu_Primitive& found);
@@ -175,8 +180,9 @@ private:
     [[nodiscard]] int ValuesGiven() const { return _keywords.Length() + _size; }
 
     omu_PrimDictionary<cow_String> _keywords;
-    cow_List<cow_String> _unconsumed;
-    cow_List<cow_String> _keywordOrder;
+    // A call has a handful of keywords, made and dropped with it: plain vectors serve it best.
+    std::vector<cow_String> _unconsumed;
+    std::vector<cow_String> _keywordOrder;
     cow_1DArrayList<cow_String> _deprecatedKeywords;
     int _requiredKeywords = 0;  // keywords consumed in required mode
     int _requiredMiss = 0;      // call of the last required keyword error, 0 when none

@@ -44,6 +44,9 @@ public:
     explicit omu_PrimArray(const cls_ReadVisitor& visitor);
     omu_PrimArray(const omu_PrimArray&) = default;
     omu_PrimArray& operator=(const omu_PrimArray&) = default;
+    /// The source is empty afterwards.
+    omu_PrimArray(omu_PrimArray&&) noexcept = default;
+    omu_PrimArray& operator=(omu_PrimArray&&) noexcept = default;
     ~omu_PrimArray() override;
 
     /// "array of int", "array of float" or "array of double".

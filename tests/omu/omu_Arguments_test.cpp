@@ -235,7 +235,7 @@ TEST(omu_Arguments, PrintsTheCall) {
     call.Put(1, "z");
     call.Put(omu_PrimBool<2>(false), "b");
     EXPECT_EQ(call.AsString(0), "('a', 2.0, b=OFF, z=1)");
-    EXPECT_EQ(call.KeywordOrder(), (cow_List<cow_String>{"z", "b"}));
+    EXPECT_EQ(call.KeywordOrder(), (std::vector<cow_String>{"z", "b"}));
     call.Begin();
     EXPECT_EQ(call.AsRepr(), "('a', 2.0, b=OFF, z=1)");
     const std::unique_ptr<omu_Primitive> copy(call.Copy());

@@ -3,7 +3,6 @@
 #include "mem_ExhaustedException.h"
 #include "mem_Pool.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
@@ -27,19 +26,30 @@ void* ThrowIfNull(void* block, std::size_t size) {
     return block;
 }
 
+// Small blocks from the pool, the others, and all where there is no pool, from the system.
+void* Allocate(std::size_t size) noexcept {
+    if (size <= mem_Pool::kLargest) {
+        if (void* const block = mem_Pool::Allocate(AtLeastOne(size))) {
+            return block;
+        }
+    }
+    return std::malloc(AtLeastOne(size));
+}
+
 }  // namespace
 
-void* mem_Malloc(std::size_t size) noexcept {
-    return ShouldFail(size) ? nullptr : std::malloc(AtLeastOne(size));
-}
+void* mem_Malloc(std::size_t size) noexcept { return ShouldFail(size) ? nullptr : Allocate(size); }
 
 void* mem_Realloc(void* block, std::size_t size) noexcept {
     if (!mem_Pool::Owns(block)) {
         return ShouldFail(size) ? nullptr : std::realloc(block, AtLeastOne(size));
     }
+    if (size <= mem_Pool::SizeOf(block)) {
+        return ShouldFail(size) ? nullptr : block;
+    }
     void* const moved = mem_Malloc(size);
     if (moved != nullptr) {
-        std::memcpy(moved, block, std::min(size, mem_Pool::SizeOf(block)));
+        std::memcpy(moved, block, mem_Pool::SizeOf(block));
         mem_Pool::Free(block);
     }
     return moved;
@@ -55,17 +65,7 @@ void mem_Free(void* block) noexcept {
 
 void* mem_OperatorNewThrow(std::size_t size) { return ThrowIfNull(mem_Malloc(size), size); }
 
-void* mem_OperatorNewTinyThrow(std::size_t size) {
-    if (ShouldFail(size)) {
-        mem_ThrowExhausted(size);
-    }
-    if (size <= mem_Pool::kLargest) {
-        if (void* const block = mem_Pool::Allocate(AtLeastOne(size))) {
-            return block;
-        }
-    }
-    return ThrowIfNull(std::malloc(AtLeastOne(size)), size);
-}
+void* mem_OperatorNewTinyThrow(std::size_t size) { return ThrowIfNull(mem_Malloc(size), size); }
 
 void* mem_OperatorNewThrowBuiltin(std::size_t size) { return ThrowIfNull(mem_Malloc(size), size); }
 

@@ -6,6 +6,7 @@
 #include "omu_QuotedText.h"
 #include "utl_Catenator.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 
@@ -56,20 +57,26 @@ void omu_Arguments::PutOwned(omu_Primitive* value) { AppendOwned(value); }
 
 void omu_Arguments::PutKeyword(omu_Primitive* value, const cow_String& keyword) {
     _keywords.Put(keyword, value);
-    _keywordOrder.Append(keyword);
+    if (_keywordOrder.empty()) {
+        _keywordOrder.reserve(8);
+    }
+    _keywordOrder.push_back(keyword);
 }
 
 // Reading by keyword.
 
-void omu_Arguments::CountKeyword(const cow_String& keyword) {
+omu_Arguments::Place omu_Arguments::FindUnconsumed(const cow_String& keyword) noexcept {
+    return std::find(_unconsumed.begin(), _unconsumed.end(), keyword);
+}
+
+void omu_Arguments::CountKeyword(Place keyword) {
     ++_numGets;
     ++_requested;
     if (!_isOptional) {
         ++_required;
     }
-    const int index = _unconsumed.IndexOf(keyword);
-    if (index >= 0) {
-        _unconsumed.RemoveIndex(index);
+    if (keyword != _unconsumed.end()) {
+        _unconsumed.erase(keyword);
         if (!_isOptional) {
             ++_requiredKeywords;
         }
@@ -97,8 +104,9 @@ void omu_Arguments::SetKeywordTypeError(const cow_String& keyword, cow_String ex
 
 template <class Convert, class Expected>
 void omu_Arguments::ReadKeyword(const cow_String& keyword, Convert convert, Expected expected) {
+    const Place place = FindUnconsumed(keyword);
     if (_errorArg == 0) {
-        if (!_unconsumed.IsMember(keyword)) {
+        if (place == _unconsumed.end()) {
             MissKeyword(keyword);
         } else {
             const omu_Primitive& value = *_keywords.Find(keyword);
@@ -107,7 +115,7 @@ void omu_Arguments::ReadKeyword(const cow_String& keyword, Convert convert, Expe
             }
         }
     }
-    CountKeyword(keyword);
+    CountKeyword(place);
 }
 
 template <class T>
@@ -171,7 +179,7 @@ void omu_Arguments::Get(atr_String& target, const cow_String& keyword) {
 void omu_Arguments::Get(omu_PrimTuple& target, const cow_String& keyword) {
     const bool hadError = _errorArg != 0;
     const bool positional = _cursor < _size;
-    const bool given = positional || _unconsumed.IsMember(keyword);
+    const bool given = positional || FindUnconsumed(keyword) != _unconsumed.end();
     Read(target, keyword);
     if (hadError || _errorArg != 0 || !given) {
         return;
@@ -242,7 +250,11 @@ void omu_Arguments::NoteDeprecated(const cow_String& keyword) {
 // State.
 
 void omu_Arguments::Begin() {
-    _unconsumed = _keywords.Keys();
+    _unconsumed.clear();
+    _unconsumed.reserve(static_cast<std::size_t>(_keywords.Length()));
+    for (const auto& entry : _keywords) {
+        _unconsumed.push_back(entry.Key());
+    }
     _requiredKeywords = 0;
     _requiredMiss = 0;
     _optionalMiss = 0;
@@ -264,7 +276,7 @@ bool omu_Arguments::Alternative() {
             if (!_isOptional) {
                 --_requiredKeywords;
             }
-            _unconsumed.Append(_errorKeyword);
+            _unconsumed.push_back(_errorKeyword);
         }
         _errorKeyword = cow_String();
         --_requested;
@@ -284,15 +296,15 @@ bool omu_Arguments::ErrorOnPrevious() const noexcept {
 }
 
 bool omu_Arguments::Error() const {
-    return !_unconsumed.IsEmpty() || _errorArg != 0 || ValuesForRequired() < _required ||
+    return !_unconsumed.empty() || _errorArg != 0 || ValuesForRequired() < _required ||
            ValuesGiven() > _requested;
 }
 
 void omu_Arguments::End(cow_String nesting) {
     const cow_String& place = nesting.IsEmpty() ? ConstGetNestedErrorStr() : nesting;
     _optionalMiss = 0;
-    if (!_unconsumed.IsEmpty()) {
-        omu_KeywordErrorException(_unconsumed.ConstGet(0), place).Throw(kSource, __LINE__);
+    if (!_unconsumed.empty()) {
+        omu_KeywordErrorException(_unconsumed.front(), place).Throw(kSource, __LINE__);
     }
     if (_errorArg != 0) {
         if (_errorKeyword.IsEmpty()) {
