@@ -3,6 +3,7 @@
 #include "omu_Arguments.h"
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -50,7 +51,11 @@ public:
     /// The command of that name, or null.
     [[nodiscard]] const host_Command* Find(const std::string& name) const;
     [[nodiscard]] const std::vector<host_Command>& All() const noexcept { return _commands; }
+    /// The symbolic constants that scripts can import: the words of switches and what parameters
+    /// of commands have named.
+    [[nodiscard]] const std::set<std::string>& Constants() const noexcept { return _constants; }
 
 private:
     std::vector<host_Command> _commands;
+    std::set<std::string> _constants{"ON", "OFF", "TRUE", "FALSE", "YES", "NO"};
 };

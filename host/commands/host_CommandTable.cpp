@@ -1,6 +1,4 @@
 #include "host_Command.h"
-#include "omi_Singleton.h"
-#include "omu_SymbolicConstantTable.h"
 
 #include <algorithm>
 
@@ -25,9 +23,7 @@ host_CommandTable& host_CommandTable::Instance() {
 
 void host_CommandTable::Add(host_Command command) {
     for (const host_Parameter& parameter : command.parameters) {
-        for (const std::string& constant : parameter.constants) {
-            omi_Singleton<omu_SymbolicConstantTable>::Instance().AddOrFind(constant);
-        }
+        _constants.insert(parameter.constants.begin(), parameter.constants.end());
     }
     const auto same = std::find_if(_commands.begin(), _commands.end(),
                                    [&](const host_Command& c) { return c.name == command.name; });

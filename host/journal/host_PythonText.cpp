@@ -1,5 +1,6 @@
 #include "host_PythonText.h"
 
+#include "host_Command.h"
 #include "omu_PrimArray.h"
 #include "omu_PrimBoolean.h"
 #include "omu_PrimComplex.h"
@@ -24,16 +25,12 @@ namespace {
 /// Arrays of up to so many elements are written as numbers, longer ones as base64.
 constexpr std::size_t kMaxListed = 12;
 
-/// Whether \p name can stand for a constant by itself.
-bool IsIdentifier(std::string_view name) {
-    constexpr std::string_view kLetters =
-        "_ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
-    constexpr std::string_view kKeywords[] = {"None", "True", "False"};
-    return !name.empty() && (name[0] < '0' || name[0] > '9') &&
+/// Whether scripts have the constant \p name under that name: an importable one, in upper case.
+bool IsImportable(std::string_view name) {
+    constexpr std::string_view kLetters = "_ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    return !(name[0] >= '0' && name[0] <= '9') &&
            name.find_first_not_of(kLetters) == std::string_view::npos &&
-           std::find_if(name.begin(), name.end(), [](char c) { return c >= 'a' && c <= 'z'; }) ==
-               name.end() &&
-           std::find(std::begin(kKeywords), std::end(kKeywords), name) == std::end(kKeywords);
+           host_CommandTable::Instance().Constants().contains(std::string(name));
 }
 
 void AppendBase64(std::string& text, std::span<const std::byte> bytes) {
@@ -135,7 +132,7 @@ void host_PythonText::Visit(const omu_PrimString& value) { AppendQuoted(value.Te
 
 void host_PythonText::Visit(const omu_PrimEnumBase& value) {
     const std::string_view name = value.GetString();
-    if (IsIdentifier(name)) {
+    if (!name.empty() && IsImportable(name)) {
         _text += name;
     } else {
         _text += "SymbolicConstant(";

@@ -3,11 +3,11 @@
 #include "host_Object.h"
 #include "host_Values.h"
 
+#include <algorithm>
 #include <bit>
 #include <climits>
 #include <cstdint>
 #include <cstring>
-#include <limits>
 #include <string_view>
 
 static_assert(std::endian::native == std::endian::little, "journals hold little-endian elements");

@@ -106,15 +106,9 @@ void AddContents(PyObject* module) {
         host_Checked(
             PyModule_AddObjectRef(module, command.name.c_str(), host_CommandObject(command).Get()));
     }
-    for (const char* name : {"ON", "OFF", "TRUE", "FALSE", "YES", "NO"}) {
-        Constants().AddOrFind(name);  // the words that settings take as switches
-    }
-    for (unsigned id = 0; id < Constants().Size(); ++id) {
-        const cow_String& name = Constants().GetString(id);
-        if (IsConstant(name) && host_CommandTable::Instance().Find(name.Std()) == nullptr) {
-            host_Checked(
-                PyModule_AddObjectRef(module, name.AsCharPtr(), host_Constant(name).Get()));
-        }
+    for (const std::string& name : host_CommandTable::Instance().Constants()) {
+        Constants().AddOrFind(name);
+        host_Checked(PyModule_AddObjectRef(module, name.c_str(), host_Constant(name).Get()));
     }
     host_Checked(PyModule_AddStringConstant(module, "__version__", CAEHOST_VERSION));
 }

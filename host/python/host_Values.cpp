@@ -17,6 +17,7 @@
 #include "omu_PrimWrapper.h"
 #include "omu_PyObjectWrapper.h"
 
+#include <algorithm>
 #include <climits>
 
 namespace {
@@ -159,6 +160,12 @@ Owned FromOther(PyObject* object) {
     if (Value::Is(object)) {
         return Owned(Value::Of(object)->Copy());
     }
+    if (PyFloat_Check(object) != 0) {
+        return std::make_unique<omu_PrimNumber>(PyFloat_AS_DOUBLE(object));
+    }
+    if (PyComplex_Check(object) != 0) {
+        return FromComplex(object);
+    }
     if (PyObject_CheckBuffer(object) != 0) {
         if (Owned converted = host_FromBuffer(object)) {
             return converted;
@@ -168,15 +175,14 @@ Owned FromOther(PyObject* object) {
 }
 
 Owned Convert(PyObject* object, int depth) {
-    // Subclasses count as what they derive from; a bool is an int too, so it comes first.
-    if (PyFloat_Check(object) != 0) {
+    // Subclasses count as what they derive from. The tests by a flag of the type come first, those
+    // that walk through base classes last.
+    if (PyFloat_CheckExact(object)) {
         return std::make_unique<omu_PrimNumber>(PyFloat_AS_DOUBLE(object));
     }
-    if (PyBool_Check(object) != 0) {
-        return std::make_unique<omu_PrimBoolean>(object == Py_True);
-    }
     if (PyLong_Check(object) != 0) {
-        return FromInteger(object);
+        return PyBool_Check(object) ? std::make_unique<omu_PrimBoolean>(object == Py_True)
+                                    : FromInteger(object);
     }
     if (PyUnicode_Check(object) != 0) {
         return std::make_unique<omu_PrimString>(cow_String(host_Utf8(object)));
@@ -184,20 +190,15 @@ Owned Convert(PyObject* object, int depth) {
     if (object == Py_None) {
         return std::make_unique<omu_PrimNone>();
     }
-    if (depth == kMaxDepth) {
-        Raise(PyExc_RecursionError, "values are nested more than %d deep", kMaxDepth);
-    }
-    if (PyTuple_Check(object) != 0) {
-        return FromTuple(object, depth + 1);
-    }
-    if (PyList_Check(object) != 0) {
-        return FromList(object, depth + 1);
-    }
-    if (PyDict_Check(object) != 0) {
-        return FromDict(object, depth + 1);
-    }
-    if (PyComplex_Check(object) != 0) {
-        return FromComplex(object);
+    const bool isTuple = PyTuple_Check(object) != 0;
+    const bool isList = PyList_Check(object) != 0;
+    if (isTuple || isList || PyDict_Check(object) != 0) {
+        if (depth == kMaxDepth) {
+            Raise(PyExc_RecursionError, "values are nested more than %d deep", kMaxDepth);
+        }
+        return isTuple  ? FromTuple(object, depth + 1)
+               : isList ? FromList(object, depth + 1)
+                        : FromDict(object, depth + 1);
     }
     return FromOther(object);
 }

@@ -136,6 +136,10 @@ struct cls_Access {
     using BaseOf = typename T::Base;
 
     template <class T>
+    static cls_Uid& UidOf(T& object) {
+        return object._uid;
+    }
+    template <class T>
     static const cls_Uid& UidOf(const T& object) {
         return object._uid;
     }

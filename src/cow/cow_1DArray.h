@@ -69,19 +69,16 @@ public:
 
     /// Element \p index in [0, Length()) for reading; never detaches. Cost: constant.
     [[nodiscard]] const T& ConstGet(int index) const {
-        if (static_cast<unsigned>(index) >= static_cast<unsigned>(Length())) [[unlikely]] {
-            cow_ThrowIndex(index, Length());
-        }
+        CheckIndex(index, Length());
         return *ElementForReading(_start + index);
     }
     [[nodiscard]] const T& operator[](int index) const { return ConstGet(index); }
     /// Element \p index for writing; detaches. Behind the end it extends the array to index + 1
     /// elements, zero in between. When memory is exhausted no element has changed.
     T& Get(int index) {
-        if (static_cast<unsigned>(index) < static_cast<unsigned>(Length())) [[likely]] {
-            return *ElementForWriting(_start + index);
-        }
-        return Extend(index);
+        if (!IsIn(index, Length())) [[unlikely]]
+            Extend(index);
+        return *ElementForWriting(_start + index);
     }
     /// Adds an element behind the last one; \p value may be an own element. When memory is
     /// exhausted or copying \p value raises, nothing has changed.
@@ -212,36 +209,49 @@ private:
     void TrimBehind(int end);
     void Destroy() noexcept;
 
+    [[nodiscard]] static bool IsIn(int index, int length) noexcept {
+        return static_cast<unsigned>(index) < static_cast<unsigned>(length);
+    }
+    static void CheckIndex(int index, int length) {
+        if (!IsIn(index, length)) [[unlikely]]
+            cow_ThrowIndex(index, length);
+    }
+    // Slot of the absolute index at, and its place in the block there: unsigned, and the slot wide,
+    // so that nothing is extended on the way to an address.
+    [[nodiscard]] std::size_t SlotOf(int at) const noexcept {
+        return std::size_t{static_cast<unsigned>(at)} >> _shift;
+    }
+    [[nodiscard]] unsigned InBlock(int at, std::size_t slot) const noexcept {
+        return static_cast<unsigned>(at) - (static_cast<unsigned>(slot) << _shift);
+    }
+
+    // In both look-ups the unusual ways join the usual one before the address is put together,
+    // which then becomes part of the instruction that reads or writes.
     [[nodiscard]] const T* ElementForReading(int at) const {
-        // Unsigned throughout: no sign to extend on the way to the address.
-        const auto place = static_cast<unsigned>(at);
-        const unsigned slot = place >> _shift;
+        const std::size_t slot = SlotOf(at);
         const Block* block = _table[slot];
         if (block == nullptr) [[unlikely]]
             block = TouchBlock(static_cast<int>(slot));
-        return block->Elements() + (place - (slot << _shift));
+        return block->Elements() + InBlock(at, slot);
     }
     T* ElementForWriting(int at) {
         // A length above 0 means that there is a table with its count.
-        if (*_tableCount == 1) [[likely]] {
-            const auto place = static_cast<unsigned>(at);
-            const unsigned slot = place >> _shift;
-            Block* block = _table[slot];
-            if (block != nullptr && block->Count() == 1) [[likely]] {
-                return block->Elements() + (place - (slot << _shift));
-            }
-        }
-        return OwnElement(at);
+        if (*_tableCount != 1) [[unlikely]]
+            DetachTable();
+        const std::size_t slot = SlotOf(at);
+        Block* block = _table[slot];
+        if (block == nullptr || block->Count() != 1) [[unlikely]]
+            block = OwnBlock(static_cast<int>(slot));
+        return block->Elements() + InBlock(at, slot);
     }
     Block* TouchBlock(int slot) const;
-    T* OwnElement(int at);
-    T& Extend(int index);
-    void OwnFrom(int index);
+    Block* OwnBlock(int slot);
+    void Extend(int index);
+    void Own(int first, int last);
 
     T& ExtendByOne() {
-        const auto place = static_cast<unsigned>(_end);
-        const unsigned slot = place >> _shift;
-        const unsigned inBlock = place - (slot << _shift);
+        const std::size_t slot = SlotOf(_end);
+        const unsigned inBlock = InBlock(_end, slot);
         // Inside a block the table has its slot already.
         if (inBlock != 0 && *_tableCount == 1) [[likely]] {
             Block* block = _table[slot];

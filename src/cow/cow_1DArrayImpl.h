@@ -151,7 +151,9 @@ template <class T>
 /// Gives the blocks in the slots [first, last] of a table of its own back.
 template <class T>
 void cow_1DArray<T>::ReleaseBlocks(int first, int last) noexcept {
-    for (int slot = first; slot <= last; ++slot) {
+    // From the back: the last blocks are those that the processor still has at hand, and the pool
+    // then gives them out again with ascending addresses.
+    for (int slot = last; slot >= first; --slot) {
         if (Block* block = std::exchange(_table[slot], nullptr)) block->Release(_shift);
     }
 }
@@ -190,43 +192,44 @@ template <class T>
 template <class T>
 [[gnu::noinline]] cow_1DArrayBlock<T>* cow_1DArray<T>::TouchBlock(int slot) const {
     // The usual size as a constant makes clearing the block a handful of instructions.
-    return _table[slot] = Block::New(_shift == kSmallShift ? kSmallShift : _shift);
+    if (_shift == kSmallShift) [[likely]]
+        return _table[slot] = Block::New(kSmallShift);
+    return _table[slot] = Block::New(_shift);
 }
 
-/// The element at the absolute index \p at, in a table and a block of this array alone.
+/// The block of \p slot in a table of this array alone, made this array's own.
 template <class T>
-[[gnu::noinline]] T* cow_1DArray<T>::OwnElement(int at) {
-    Detach();
-    Block*& block = _table[at >> _shift];
+[[gnu::noinline]] cow_1DArrayBlock<T>* cow_1DArray<T>::OwnBlock(int slot) {
+    Block*& block = _table[slot];
     if (block == nullptr) {
-        TouchBlock(at >> _shift);
+        TouchBlock(slot);
     } else if (block->Count() > 1) {
         Block* own = Block::NewFrom(block->Elements(), 1 << _shift, _shift);
         std::exchange(block, own)->Release(_shift);
         ++cow_detachCount;
     }
-    return block->Elements() + (at & Mask());
+    return block;
 }
 
 /// Get behind the end: grows, and shrinks again should the element's block not be had.
 template <class T>
-[[gnu::noinline]] T& cow_1DArray<T>::Extend(int index) {
+[[gnu::noinline]] void cow_1DArray<T>::Extend(int index) {
     if (index < 0 || index == INT_MAX) cow_ThrowIndex(index, Length());
     const int end = _end;
     Grow(index + 1);
     try {
-        return *OwnElement(_start + index);
+        ElementForWriting(_start + index);
     } catch (...) {
         _end = end;
         throw;
     }
 }
 
-/// Makes table and blocks of the elements from \p index on this array's own: writing them
-/// then allocates nothing.
+/// Makes table and blocks of the elements [first, last) this array's own: writing them then
+/// allocates nothing.
 template <class T>
-void cow_1DArray<T>::OwnFrom(int index) {
-    ForEachRun(index, Length(), [this](int at, int) { ElementForWriting(at); });
+void cow_1DArray<T>::Own(int first, int last) {
+    ForEachRun(first, last, [this](int at, int) { ElementForWriting(at); });
 }
 
 /// Adds an element that begins a block, or one whose block is missing or shared.
@@ -239,5 +242,7 @@ template <class T>
         ++_end;
         return block->Elements()[0];
     }
-    return Extend(Length());
+    const int length = Length();
+    Extend(length);
+    return *ElementForWriting(_start + length);
 }

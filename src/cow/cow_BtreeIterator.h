@@ -65,11 +65,15 @@ public:
 
 private:
     void Descend(cow_BtreeNodeLink<K, V> link) {
-        for (_current = link; !_current.IsNull() && !_current.Left().IsNull();) {
-            _above.Push(_current);
-            _current.Prefetch();
-            _current = _current.Left();
+        // In a local: a member would be stored and fetched again at every level.
+        auto at = link;
+        if (!at.IsNull()) {
+            for (auto left = at.Left(); !left.IsNull(); left = at.Left()) {
+                _above.Push(at);
+                at = left;
+            }
         }
+        _current = at;
     }
     [[nodiscard]] const Node& Current() const {
         if (_current.IsNull()) [[unlikely]]

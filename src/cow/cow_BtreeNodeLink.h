@@ -20,13 +20,6 @@ public:
     [[nodiscard]] cow_BtreeNodeLink Left() const noexcept { return Below(0); }
     [[nodiscard]] cow_BtreeNodeLink Right() const noexcept { return Below(1); }
 
-    /// Fetches the node behind the right link while the walk is in the left subtree.
-    void Prefetch() const noexcept {
-#if defined(__GNUC__)
-        __builtin_prefetch(Right().Get());
-#endif
-    }
-
     friend bool operator==(const cow_BtreeNodeLink&, const cow_BtreeNodeLink&) = default;
 
 private:

@@ -50,7 +50,9 @@ public:
     [[nodiscard]] bool IsNull() const noexcept { return _holder == nullptr; }
     [[nodiscard]] explicit operator bool() const noexcept { return _holder != nullptr; }
     /// Number of holders that share the object; 0 for a null holder.
-    [[nodiscard]] int Count() const noexcept { return _holder == nullptr ? 0 : _holder->HolderCount(); }
+    [[nodiscard]] int Count() const noexcept {
+        return _holder == nullptr ? 0 : _holder->HolderCount();
+    }
     [[nodiscard]] bool SharesWith(const cow_COW& other) const noexcept {
         return _holder != nullptr && _holder == other._holder;
     }

@@ -161,11 +161,7 @@ public:
     [[nodiscard]] const cow_1DArray<T>& Storage() const noexcept { return _array; }
 
 private:
-    void CheckIndex(int index) const {
-        if (static_cast<unsigned>(index) >= static_cast<unsigned>(_count)) [[unlikely]] {
-            cow_ThrowIndex(index, _count);
-        }
-    }
+    void CheckIndex(int index) const { cow_1DArray<T>::CheckIndex(index, _count); }
 
     int _count = 0;
     cow_1DArray<T> _array;  // zero from _count on
@@ -174,7 +170,7 @@ private:
 template <class T>
 void cow_List<T>::InsertAfter(int index, T value) {
     if (index < -1 || index >= _count) cow_ThrowIndex(index, _count);
-    _array.OwnFrom(index + 1);  // all that may fail for want of memory comes before the moves
+    _array.Own(index + 1, _count);  // all that may fail for want of memory comes first
     Append(T());
     for (int i = _count - 1; i > index + 1; --i) {
         Get(i) = std::move_if_noexcept(Get(i - 1));
@@ -185,7 +181,7 @@ void cow_List<T>::InsertAfter(int index, T value) {
 template <class T>
 void cow_List<T>::RemoveIndex(int index) {
     CheckIndex(index);
-    _array.OwnFrom(index);
+    _array.Own(index, _count);
     for (int i = index + 1; i < _count; ++i) {
         Get(i - 1) = std::move_if_noexcept(Get(i));
     }

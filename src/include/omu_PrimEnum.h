@@ -4,8 +4,7 @@
 #include "omu_PrimEnumBase.h"
 #include "omu_PrimNumber.h"
 
-#include <concepts>
-#include <cstring>
+#include <string_view>
 
 /// One permissible constant of an enumeration.
 template <class E>
@@ -34,18 +33,19 @@ public:
     }
     explicit omu_PrimEnum(const omu_PrimEnumBase& constant) : _value() {
         // Of the four messages this alone does not list what is permissible.
-        Check(SetValue(constant.GetString()),
+        Check(TakeName(constant.Name()),
               "omu_PrimEnum(const omu_PrimEnumBase&) - str not allowed: %s", 67,
               constant.GetString(), *this);
     }
     explicit omu_PrimEnum(const cow_String& name) : _value() {
-        Check(SetValue(name.AsCharPtr()),
+        Check(TakeName(name),
               "omu_PrimEnum(const cow_String&) - str not allowed: %s  Permissible: %s", 81, name,
               *this);
     }
+    explicit omu_PrimEnum(const char* name) : omu_PrimEnum(cow_String(name)) {}
     explicit omu_PrimEnum(const cls_ReadVisitor& visitor) : omu_PrimEnumBase(visitor), _value() {
-        const cow_String name = GetString();
-        Check(SetValue(name.AsCharPtr()),
+        const cow_String name = Name();
+        Check(TakeName(name),
               "omu_PrimEnum(const cls_ReadVisitor&) - str not allowed: %s  Permissible: %s", 95,
               name, *this);
     }
@@ -55,11 +55,9 @@ public:
 
     [[nodiscard]] omu_Primitive* Copy() const override { return new omu_PrimEnum(*this); }
 
-    bool SetValue(const char* name) override {
-        return Take([name](const Entry& entry) { return std::strcmp(entry.name, name) == 0; });
-    }
+    bool SetValue(const char* name) override { return name != nullptr && TakeName(name); }
     /// Takes the first constant of that value; false, and nothing changed, where there is none.
-    bool SetValue(const E& value) requires(!std::convertible_to<E, const char*>) {
+    bool SetValue(const E& value) {
         return Take([value](const Entry& entry) { return entry.value == value; });
     }
     [[nodiscard]] cow_Map<cow_String, unsigned int> PermissibleValues() const override {
@@ -76,6 +74,9 @@ private:
     using Entry = omu_EnumEntry<E>;
     static constexpr const Entry* kEntries = omu_EnumTable<E, N>::kEntries;
 
+    bool TakeName(std::string_view name) {
+        return Take([name](const Entry& entry) { return entry.name == name; });
+    }
     template <class Matches>
     bool Take(Matches matches) {
         for (const Entry* entry = kEntries; entry->name != nullptr; ++entry) {

@@ -26,13 +26,17 @@ public:
     /// Room for \p positionalCount positional values.
     explicit omu_Arguments(int positionalCount);
     omu_Arguments(const omu_Arguments&) = default;
-    omu_Arguments& operator=(const omu_Arguments&) = default;
+    omu_Arguments& operator=(const omu_Arguments& other) { return *this = omu_Arguments(other); }
+    omu_Arguments(omu_Arguments&&) noexcept = default;
+    omu_Arguments& operator=(omu_Arguments&&) noexcept = default;
     ~omu_Arguments() override;
 
     [[nodiscard]] omu_Primitive* Copy() const override;
     /// The text form of the call: "(1, 'a', size=2.5)", keywords sorted.
     [[nodiscard]] cow_String AsString(int depth) const override;
     [[nodiscard]] cow_String AsRepr() const override;
+    /// Whether positional and keyword values are equal.
+    bool operator==(const omu_Primitive& other) const override;
 
     // Filling. Put(value) appends a positional value.
     using omu_PrimTuple::Put;
@@ -159,6 +163,7 @@ public:
 
 protected:
     void PutOwned(omu_Primitive* value) override;
+    void SetTypeError(cow_String expected) override;
 
 private:
     void PutKeyword(omu_Primitive* value, const cow_String& keyword);

@@ -67,7 +67,6 @@ private:
     };
 
     void Move(std::vector<Step>& from, std::vector<Step>& to, bool isUndo, const char* what);
-    void CheckIdle(const char* what) const;
 
     std::vector<Step> _done;
     std::vector<Step> _undone;

@@ -17,6 +17,7 @@ public:
     explicit omu_PrimBool(bool value) : omu_PrimEnum(value) {}
     explicit omu_PrimBool(const omu_PrimEnumBase& constant) : omu_PrimEnum(constant) {}
     explicit omu_PrimBool(const cow_String& name) : omu_PrimEnum(name) {}
+    explicit omu_PrimBool(const char* name) : omu_PrimEnum(name) {}
     explicit omu_PrimBool(const cls_ReadVisitor& visitor);
     omu_PrimBool(const omu_PrimBool&) = default;
     omu_PrimBool& operator=(const omu_PrimBool&) = default;
@@ -26,6 +27,12 @@ public:
     [[nodiscard]] omu_Primitive* Copy() const override;
     [[nodiscard]] unsigned int DynTypeId() const override { return TypeId(); }
     void DBWrite(const cls_WriteVisitor& visitor) const override;
+
+    /// Gives every class level of the object a fresh persistent identity.
+    void NewUid() noexcept {
+        omu_PrimEnum::NewUid();
+        _uid = cls_Uid::AllocateUid();
+    }
 
     static void InitializeMetadata(cls_ClassRegistrar& registrar);
 

@@ -7,6 +7,7 @@
 #include "omu_ValueTraits.h"
 
 #include <type_traits>
+#include <utility>
 
 /// A dictionary of values by int or cow_String keys, in ascending order of keys.
 ///
@@ -31,7 +32,24 @@ public:
     explicit omu_PrimDictionary(char code = omu_PrimDictionaryBase::kCode);
     explicit omu_PrimDictionary(const cls_ReadVisitor& visitor);
     omu_PrimDictionary(const omu_PrimDictionary&) = default;
-    omu_PrimDictionary& operator=(const omu_PrimDictionary&) = default;
+    /// The other may be an entry of this dictionary.
+    omu_PrimDictionary& operator=(const omu_PrimDictionary& other) {
+        return *this = omu_PrimDictionary(other);
+    }
+    /// The source is empty afterwards.
+    omu_PrimDictionary(omu_PrimDictionary&& other) noexcept
+        : Level(other),
+          _dict(std::move(other._dict)),
+          _length(std::exchange(other._length, 0)),
+          _uid(other._uid) {}
+    omu_PrimDictionary& operator=(omu_PrimDictionary&& other) noexcept {
+        omu_PrimDictionary taken(std::move(other));
+        Level::operator=(taken);
+        std::swap(_dict, taken._dict);
+        std::swap(_length, taken._length);
+        _uid = taken._uid;
+        return *this;
+    }
     ~omu_PrimDictionary() override;
 
     /// "dictionary with integer keys" or "dictionary with string keys".

@@ -25,6 +25,12 @@ public:
     /// What the dictionary stands for in the command language: the code it was made with.
     [[nodiscard]] char Represents() const noexcept { return _represents; }
 
+    /// Gives every class level of the object a fresh persistent identity.
+    void NewUid() noexcept {
+        omu_Primitive::NewUid();
+        _uid = cls_Uid::AllocateUid();
+    }
+
     static void InitializeMetadata(cls_ClassRegistrar& registrar);
 
 protected:

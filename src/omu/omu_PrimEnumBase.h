@@ -35,6 +35,7 @@ public:
     /// "{A: 0, B: 1}" in key order.
     [[nodiscard]] cow_String PermissibleValuesAsString() const;
     /// The name's characters; empty when unset.
+    [[nodiscard]] const cow_String& Name() const noexcept { return _stringValue; }
     [[nodiscard]] const char* GetString() const noexcept { return _stringValue.AsCharPtr(); }
 
 protected:

@@ -24,6 +24,12 @@ public:
         cls_WriteLevel<Self>(Own(), cls_Access::UidOf<Self>(Own()), visitor);
     }
 
+    /// Gives every class level of the object a fresh persistent identity.
+    void NewUid() noexcept {
+        BaseClass::NewUid();
+        cls_Access::UidOf(static_cast<Self&>(*this)) = cls_Uid::AllocateUid();
+    }
+
     static void InitializeMetadata(cls_ClassRegistrar& registrar) {
         cls_RegisterClass<Self, omu_PrimHolder>(registrar);
     }

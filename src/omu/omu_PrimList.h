@@ -13,7 +13,9 @@ public:
     omu_PrimList(int rows, int maxSize, char code) : omu_PrimLevel(rows, code), _maxSize(maxSize) {}
     explicit omu_PrimList(const cls_ReadVisitor& visitor);
     omu_PrimList(const omu_PrimList&) = default;
-    omu_PrimList& operator=(const omu_PrimList&) = default;
+    omu_PrimList& operator=(const omu_PrimList& other) { return *this = omu_PrimList(other); }
+    omu_PrimList(omu_PrimList&&) noexcept = default;
+    omu_PrimList& operator=(omu_PrimList&&) noexcept = default;
     ~omu_PrimList() override;
 
     [[nodiscard]] cow_String TypeString() const override { return "list"; }

@@ -28,6 +28,12 @@ public:
     /// A new sequence of copies of this one's elements, then the other's. The caller owns it.
     [[nodiscard]] virtual omu_PrimSequence* Concat(omu_PrimSequence* other) const = 0;
 
+    /// Gives every class level of the object a fresh persistent identity.
+    void NewUid() noexcept {
+        omu_Primitive::NewUid();
+        _uid = cls_Uid::AllocateUid();
+    }
+
     static void InitializeMetadata(cls_ClassRegistrar& registrar);
 
 protected:

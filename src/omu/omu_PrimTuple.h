@@ -42,7 +42,11 @@ public:
     omu_PrimTuple(int size, char code);
     explicit omu_PrimTuple(char code) : omu_PrimTuple(0, code) {}
     omu_PrimTuple(const omu_PrimTuple&) = default;
-    omu_PrimTuple& operator=(const omu_PrimTuple&) = default;
+    /// The other may be an element of this tuple.
+    omu_PrimTuple& operator=(const omu_PrimTuple& other);
+    /// The source is left without slots.
+    omu_PrimTuple(omu_PrimTuple&& other) noexcept;
+    omu_PrimTuple& operator=(omu_PrimTuple&& other) noexcept;
     explicit omu_PrimTuple(const cls_ReadVisitor& visitor);
     /// Tuples of the values of arrays and containers, put in order.
     omu_PrimTuple(const int* values, int count, char code);
@@ -115,6 +119,9 @@ public:
     virtual void Put(bool value);
     virtual void Put(int value);
     virtual void Put(short value);
+    // A pointer to what is not handed over would cross as the truth value of the pointer.
+    void Put(const omu_Primitive* value) = delete;
+    void Put(const omu_InterfaceObj* value) = delete;
 
     // Reading. Each Get converts the element under the cursor into its target, or records what was
     // found and expected; the target keeps its value then, and where the tuple has ended.
@@ -188,11 +195,11 @@ public:
 protected:
     /// Stores \p value, taken over, in the slot under the cursor; every Put ends here.
     virtual void PutOwned(omu_Primitive* value);
-    /// The same, with as many slots as were filled.
+    /// Stores \p value and adds a slot where the cursor stood behind the last one.
     void AppendOwned(omu_Primitive* value);
     /// Records that the element under the cursor is not what was expected.
-    void SetTypeError(cow_String expected);
-    /// The element under the cursor; None for an empty slot.
+    virtual void SetTypeError(cow_String expected);
+    /// Element \p index; None for an empty slot.
     [[nodiscard]] const omu_Primitive& Element(int index) const;
     [[nodiscard]] bool CanRead() const noexcept { return _cursor < _size && _errorArg == 0; }
     void CountGet() noexcept;
@@ -244,6 +251,8 @@ private:
     [[nodiscard]] cow_String Text(bool asRepr) const;
     /// Takes the elements of \p other over.
     void Adopt(omu_PrimTuple& other);
+    /// Exchanges all that this class level holds.
+    void SwapState(omu_PrimTuple& other) noexcept;
 
     Elements _elements;
     cow_String _nesting;

@@ -50,7 +50,7 @@ public:
     [[nodiscard]] bool IsA(unsigned int typeId) const;
     /// The persistent identity of this class level; none until NewUid or reading gives one.
     [[nodiscard]] const cls_Uid& Uid() const noexcept { return _uid; }
-    /// Gives the object a fresh persistent identity.
+    /// Gives this class level a fresh persistent identity.
     void NewUid() noexcept { _uid = cls_Uid::AllocateUid(); }
 
     static void InitializeMetadata(cls_ClassRegistrar& registrar);

@@ -24,7 +24,7 @@ public:
 
     [[nodiscard]] virtual unsigned DynTypeId() const { return TypeId(); }
     virtual void DBWrite(const cls_WriteVisitor& visitor) const;
-    void NewUid() noexcept { _uid = cls_Uid::AllocateUid(); }
+    virtual void NewUid() noexcept { _uid = cls_Uid::AllocateUid(); }
     [[nodiscard]] const cls_Uid& Uid() const noexcept { return _uid; }
     static void InitializeMetadata(cls_ClassRegistrar& registrar);
 

@@ -162,7 +162,7 @@ struct CAE_API omu_ValueTraits<omu_PrimTuple> {
     }
 };
 
-/// Any value, shared.
+/// Any value, as a copy.
 template <>
 struct CAE_API omu_ValueTraits<omu_PrimHolder> {
     static omu_Primitive* Make(const omu_PrimHolder& value) { return value.ConstGet().Copy(); }

@@ -9,8 +9,8 @@
 /// identity a stored name has. omi_Singleton<omu_TypeRegistryCache>::Instance(); one thread at a
 /// time.
 ///
-/// Answers about classes that no module has registered yet are not kept, so that modules may start
-/// later; start-up of the omu module clears the cache.
+/// Answers that a further module may change are not kept, so that modules may start later; start-up
+/// of the omu module clears the cache.
 class CAE_API omu_TypeRegistryCache : public mem_AllocationOperators {
 public:
     /// Whether the class \p typeId is \p baseTypeId or derived from it, by the type tables.

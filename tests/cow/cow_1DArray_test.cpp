@@ -195,6 +195,21 @@ TEST(Cow1DArray, DeepCopySharesNothing) {
     EXPECT_EQ(nested[0].Storage().TableCount(), 1);
 }
 
+TEST(CowList, RemovingTouchesNoBlockBehindTheList) {
+    cow_List<int> list;
+    for (int i = 0; i < 10000; ++i)
+        list.Append(i);
+    while (list.Length() > 20)
+        list.RemoveLast();
+    cow_List<int> copy = list;
+    const auto before = cow_detachCount;
+    copy.RemoveIndex(0);
+    copy.RemoveLast();
+    EXPECT_EQ(cow_detachCount, before + 1 + 2) << "the table and the two blocks of the list";
+    EXPECT_EQ(list.ConstGet(0), 0);
+    EXPECT_EQ(copy.ConstGet(0), 1);
+}
+
 TEST(CowList, RemoveIndexLeavesAZeroAndTheLength) {
     cow_List<int> list{1, 2, 3};
     list.RemoveIndex(2);

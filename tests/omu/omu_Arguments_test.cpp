@@ -84,6 +84,17 @@ TEST(omu_Arguments, RaisesOneErrorByPrecedence) {
     keyword.SetNestedErrorStr("arg1");
     EXPECT_EQ(Outcome(keyword), "arg1keyword error on e");
 
+    // A positional failure is told as one, whatever optional keyword was missed before.
+    omu_Arguments mixed;
+    mixed.Put("x");
+    mixed.Begin();
+    mixed.Optional();
+    EXPECT_EQ(mixed.Get(cow_String("callback"), nullptr), nullptr);
+    int number = 0;
+    mixed.Get(number);
+    EXPECT_EQ(test_Message<omu_ArgTypeErrorException>([&] { mixed.End(); }),
+              "arg1; found string, expecting int");
+
     omu_Arguments nested = Call(2);
     nested.Put(2.5, "d");
     nested.SetNestedErrorStr("options");

@@ -158,4 +158,23 @@ TEST_F(omu_ChangeHistoryTest, RollbackRunsToTheEndWhenAChangeCannotBeUndone) {
     EXPECT_FALSE(history.CanUndo());
 }
 
+TEST_F(omu_ChangeHistoryTest, CommandsThatFailWhileTheyAreReplayedSayWhy) {
+    history.Begin("step");
+    history.Record(
+        [this] {
+            history.Begin("ordinary command");
+            history.Rollback();
+            throw std::logic_error("why");
+        },
+        [] {});
+    history.Commit();
+    EXPECT_THROW(history.Undo(), std::logic_error);
+    EXPECT_EQ(history.UndoCount(), 1);
+
+    history.Begin("step");
+    history.Record([this] { history.Clear(); }, [] {});
+    history.Rollback();
+    EXPECT_EQ(history.UndoCount() + history.Depth(), 0);
+}
+
 }  // namespace

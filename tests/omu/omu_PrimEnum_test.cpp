@@ -32,7 +32,11 @@ TEST(omu_PrimEnum, NamesAndValuesAgree) {
     EXPECT_FALSE(value);
     EXPECT_FALSE(value.SetValue("XYZ"));
     EXPECT_STREQ(value.GetString(), "OFF");
+    EXPECT_FALSE(value.SetValue(nullptr));
     EXPECT_EQ(OnOff(omu_PrimEnumBase("ON")).AsString(9), "ON");
+    EXPECT_FALSE(OnOff("OFF"));  // a literal is a name, not a truth value
+    EXPECT_FALSE(omu_PrimBool<2>("OFF"));
+    EXPECT_THROW(OnOff(cow_String(std::string("ON\0x", 4))), omu_ValueErrorException);
 
     using Strange = omu_PrimEnum<Percent, 1>;
     Strange first(Percent::High);  // of equal values the first entry stands

@@ -246,6 +246,32 @@ TEST(omu_PrimTuple, CopiesShareElementsUntilWritten) {
               "tuple index 2 is not in [0, 2)");
 }
 
+TEST(omu_PrimTuple, MayBeAssignedOneOfItsOwnElements) {
+    omu_PrimTuple tuple = Tuple(Tuple(Tuple(1, 2), "inner"));
+    tuple.Begin();
+    tuple.Get(tuple);
+    EXPECT_EQ(Text(tuple), "((1, 2), 'inner')");
+    tuple = static_cast<const omu_PrimTuple&>(*tuple.Index(0));
+    EXPECT_EQ(Text(tuple), "(1, 2)");
+
+    omu_PrimList list(1, kCode);
+    list.Put(omu_PrimList(0, kCode));
+    list = static_cast<const omu_PrimList&>(*list.Index(0));
+    EXPECT_EQ(list.Length(), 0);
+
+    omu_PrimDictionary<cow_String> inner;
+    inner.Put("x", 1);
+    omu_PrimDictionary<cow_String> dictionary;
+    dictionary.Put("k", inner);
+    EXPECT_TRUE(dictionary.Get("k", dictionary));
+    EXPECT_EQ(dictionary, inner);
+
+    omu_PrimTuple moved = std::move(tuple);
+    EXPECT_EQ(Text(moved), "(1, 2)");
+    EXPECT_EQ(tuple.Length(), 0);  // NOLINT(bugprone-use-after-move): empty and usable
+    EXPECT_EQ(Text(tuple), "()");
+}
+
 TEST(omu_PrimTuple, SurvivesTheStoreWithItsReadingState) {
     int count = 0;
     UTI_CaeUtils_initialize(count);

@@ -59,6 +59,7 @@ TEST(omu_PrimNumber, PrintsIntegersByKindAndDataType) {
         {Number('i', -kInf, Number::INT), "0"},
         {Number('i', 9.0, Number::UINT, 12), "12"},
         {Number('f', 9.0, Number::UINT, 12), "9.0"},  // the kind beats the data type
+        {Number('x', 2.5, Number::INT), "2.5"},       // only kind 'i' prints as an integer
     };
     for (const auto& [number, text] : cases) {
         EXPECT_EQ(Text(number), text);

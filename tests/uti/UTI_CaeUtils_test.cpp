@@ -224,6 +224,22 @@ TEST(UTI_CaeUtils, SingletonsComeAnewAfterTheStop) {
     UTI_CaeUtils_finalize(count);
 }
 
+TEST(omu_TypeRegistryCache, KeepsNoAnswerThatAFurtherModuleChanges) {
+    constexpr unsigned error = 0x130003;
+    constexpr unsigned root = 0x1F0001;
+    int count = 0;
+    omu_initialize(count);
+    auto& cache = omi_Singleton<omu_TypeRegistryCache>::Instance();
+    EXPECT_TRUE(cache.Inherits(error, 0x130001));
+    EXPECT_FALSE(cache.Inherits(error, root));  // the class system's own classes are down
+    UTI_BasicUtils_initialize(count);
+    EXPECT_TRUE(cache.Inherits(error, root));
+    EXPECT_FALSE(cache.Inherits(error, 0x130011));
+    EXPECT_EQ(cache.Count(), 3);
+    omu_finalize(count);
+    UTI_BasicUtils_finalize(count);
+}
+
 TEST(UTI_CaeUtils, EnvironmentDecidesOnDeprecatedArgumentsAtTheStart) {
     struct Case {
         const char* developer;

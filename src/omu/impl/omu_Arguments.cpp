@@ -21,7 +21,7 @@ constexpr const char* kUndetermined = "Undetermined";
 omu_Arguments::omu_Arguments() : omu_Arguments(0) {}
 
 omu_Arguments::omu_Arguments(int positionalCount)
-    : omu_PrimTuple(positionalCount, kCode), _keywords('{') {}
+    : omu_PrimTuple(positionalCount, kCode), _keywords() {}
 
 omu_Arguments::~omu_Arguments() = default;
 
@@ -46,6 +46,12 @@ cow_String omu_Arguments::AsRepr() const {
     return text;
 }
 
+bool omu_Arguments::operator==(const omu_Primitive& other) const {
+    const auto* arguments = dynamic_cast<const omu_Arguments*>(&other);
+    return omu_PrimTuple::operator==(other) &&
+           (arguments != nullptr ? _keywords == arguments->_keywords : _keywords.Length() == 0);
+}
+
 // Filling.
 
 void omu_Arguments::Put(omu_PyObjectWrapper* value) {
@@ -54,6 +60,11 @@ void omu_Arguments::Put(omu_PyObjectWrapper* value) {
 }
 
 void omu_Arguments::PutOwned(omu_Primitive* value) { AppendOwned(value); }
+
+void omu_Arguments::SetTypeError(cow_String expected) {
+    omu_PrimTuple::SetTypeError(std::move(expected));
+    _errorKeyword = cow_String();  // an optional miss before may have left one
+}
 
 void omu_Arguments::PutKeyword(omu_Primitive* value, const cow_String& keyword) {
     _keywords.Put(keyword, value);
@@ -122,9 +133,6 @@ template <class T>
 void omu_Arguments::Read(T& target, const cow_String& keyword) {
     if (_errorArg == 0 && _cursor < _size) {
         omu_PrimTuple::Get(target);
-        if (_errorArg != 0) {
-            _errorKeyword = cow_String();  // an optional miss before may have left one
-        }
         return;
     }
     ReadKeyword(
@@ -168,9 +176,9 @@ void omu_Arguments::Get(omu_PrimHolder& target, const cow_String& keyword) { Rea
 // clang-format on
 
 void omu_Arguments::Get(atr_String& target, const cow_String& keyword) {
-    const bool hadError = _errorArg != 0;
+    const bool byKeyword = _errorArg == 0 && _cursor >= _size;
     Read(target, keyword);
-    if (!hadError && _errorArg != 0 && _errorKeyword == keyword && _found != kUndetermined) {
+    if (byKeyword && _errorArg != 0 && _errorKeyword == keyword && _found != kUndetermined) {
         std::fprintf(stderr, "error getting %s\n", keyword.AsCharPtr());
         std::fflush(stderr);
     }

@@ -30,12 +30,6 @@ omu_ChangeHistory::omu_ChangeHistory() : thr_ThreadSingletonBase<omu_ChangeHisto
 
 omu_ChangeHistory::~omu_ChangeHistory() = default;
 
-void omu_ChangeHistory::CheckIdle(const char* what) const {
-    if (_isReplaying) {
-        Refuse(what, "a step is being undone or redone", __LINE__);
-    }
-}
-
 void omu_ChangeHistory::Begin(const cow_String& label) {
     if (_isReplaying) {
         return;
@@ -75,13 +69,16 @@ void omu_ChangeHistory::Commit() {
 }
 
 void omu_ChangeHistory::Rollback() {
-    CheckIdle("Rollback");
+    if (_isReplaying) {
+        return;  // nothing was recorded, and the command's own error must come through
+    }
     if (_groups.empty()) {
         Refuse("Rollback", "no group is open", __LINE__);
     }
     const Raised replaying(_isReplaying);
     std::exception_ptr first;
-    while (_open.changes.size() > _groups.back()) {
+    const std::size_t begin = _groups.back();
+    while (_open.changes.size() > begin) {
         const Change change = std::move(_open.changes.back());
         _open.changes.pop_back();
         try {
@@ -92,7 +89,9 @@ void omu_ChangeHistory::Rollback() {
             }
         }
     }
-    _groups.pop_back();
+    if (!_groups.empty()) {  // an undo function may have called Clear
+        _groups.pop_back();
+    }
     if (first != nullptr) {
         std::rethrow_exception(first);
     }
@@ -104,7 +103,9 @@ void omu_ChangeHistory::Redo() { Move(_undone, _done, false, "Redo"); }
 
 void omu_ChangeHistory::Move(std::vector<Step>& from, std::vector<Step>& to, bool isUndo,
                              const char* what) {
-    CheckIdle(what);
+    if (_isReplaying) {
+        Refuse(what, "a step is being undone or redone", __LINE__);
+    }
     if (!_groups.empty()) {
         Refuse(what, "a group is open", __LINE__);
     }

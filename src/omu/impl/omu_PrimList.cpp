@@ -18,7 +18,7 @@ omu_PrimSequence* omu_PrimList::Repeat(int count) const {
 }
 
 omu_PrimSequence* omu_PrimList::Concat(omu_PrimSequence* other) const {
-    return omu_SequenceCopies<omu_PrimList>::Concat(*this, *other);
+    return omu_SequenceCopies<omu_PrimList>::Concat(*this, other);
 }
 
 void omu_PrimList::Append(omu_Primitive* value) {

@@ -41,7 +41,7 @@ std::size_t omu_PrimNumber::FormatDouble(double value, char* buffer) noexcept {
 }
 
 std::size_t omu_PrimNumber::Format(char* buffer) const noexcept {
-    if (IsType('f')) {
+    if (!IsType('i')) {
         return FormatDouble(_value, buffer);
     }
     const auto written = _dataType == UINT ? std::to_chars(buffer, buffer + kTextRoom, _uvalue)

@@ -5,7 +5,7 @@
 #include "omu_QuotedText.h"
 
 omu_PrimString::omu_PrimString(const omu_PrimEnumBase& constant)
-    : omu_PrimString(constant.GetString()) {}
+    : omu_PrimString(constant.Name()) {}
 
 omu_PrimString::omu_PrimString(int value) : omu_PrimString(omu_PrimNumber(value).AsString(0)) {}
 

@@ -31,8 +31,43 @@ omu_PrimTuple::omu_PrimTuple(int size, char code)
 omu_PrimTuple::omu_PrimTuple(const cls_ReadVisitor& visitor)
     : omu_PrimLevel(visitor), _uid(visitor.GetUid()) {
     cls_ReadFields<omu_PrimTuple>(*this, visitor);
-    _size = std::max(_size, 0);
-    _cursor = std::max(_cursor, 0);
+    // What is read is not trusted: sizes are those of the elements, and counting stays in range.
+    constexpr int kMost = 1 << 30;
+    _size = std::clamp(_size, 0, _elements.Length());
+    for (int* count : {&_cursor, &_required, &_requested, &_errorArg, &_numGets}) {
+        *count = std::clamp(*count, 0, kMost);
+    }
+}
+
+omu_PrimTuple::omu_PrimTuple(omu_PrimTuple&& other) noexcept : omu_PrimLevel(other) {
+    SwapState(other);
+}
+
+omu_PrimTuple& omu_PrimTuple::operator=(const omu_PrimTuple& other) {
+    // The elements replaced may hold the other one: it is copied first.
+    return *this = omu_PrimTuple(other);
+}
+
+omu_PrimTuple& omu_PrimTuple::operator=(omu_PrimTuple&& other) noexcept {
+    omu_PrimTuple taken(std::move(other));
+    omu_PrimLevel::operator=(taken);
+    SwapState(taken);
+    return *this;
+}
+
+void omu_PrimTuple::SwapState(omu_PrimTuple& other) noexcept {
+    std::swap(_size, other._size);
+    std::swap(_cursor, other._cursor);
+    std::swap(_required, other._required);
+    std::swap(_requested, other._requested);
+    std::swap(_isOptional, other._isOptional);
+    std::swap(_errorArg, other._errorArg);
+    std::swap(_found, other._found);
+    std::swap(_expected, other._expected);
+    std::swap(_numGets, other._numGets);
+    _elements.Swap(other._elements);
+    std::swap(_nesting, other._nesting);
+    std::swap(_uid, other._uid);
 }
 
 omu_PrimTuple::omu_PrimTuple(const int* values, int count, char code) : omu_PrimTuple(count, code) {
@@ -160,7 +195,7 @@ omu_PrimSequence* omu_PrimTuple::Repeat(int count) const {
 }
 
 omu_PrimSequence* omu_PrimTuple::Concat(omu_PrimSequence* other) const {
-    return omu_SequenceCopies<omu_PrimTuple>::Concat(*this, *other);
+    return omu_SequenceCopies<omu_PrimTuple>::Concat(*this, other);
 }
 
 // Filling.

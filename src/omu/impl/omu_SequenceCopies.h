@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nex_TextException.h"
 #include "omu_PrimSequence.h"
 
 #include <algorithm>
@@ -34,10 +35,14 @@ struct omu_SequenceCopies {
         return result.release();
     }
 
-    static Result* Concat(const omu_PrimSequence& first, const omu_PrimSequence& second) {
+    static Result* Concat(const omu_PrimSequence& first, const omu_PrimSequence* second) {
+        if (second == nullptr) {
+            nex_TextException("there is no sequence to append")
+                .Throw("generated/omu/impl/omu_SequenceCopies", __LINE__);
+        }
         auto result = Empty();
         result->AppendCopies(first, 0, first.Length(), 988);
-        result->AppendCopies(second, 0, second.Length(), 988);
+        result->AppendCopies(*second, 0, second->Length(), 988);
         return result.release();
     }
 

@@ -2,10 +2,15 @@
 
 #include "cls_MetadataRegistrar.h"
 #include "omi_Singleton.h"
-#include "typ_ArchCompTable.h"
 
 #include <compare>
 #include <tuple>
+
+namespace {
+
+constexpr unsigned kRoot = 1;
+
+}  // namespace
 
 int omu_TypeRegistryCache::Question::Compare(const Question& other) const noexcept {
     const auto order = std::tie(typeId, baseTypeId) <=> std::tie(other.typeId, other.baseTypeId);
@@ -18,8 +23,8 @@ bool omu_TypeRegistryCache::Inherits(unsigned typeId, unsigned baseTypeId) {
         return known->Value();
     }
     const bool answer = cls_ClassRegistrar::Inherits(typeId, baseTypeId);
-    if (const typ_Entry* entry = typ_ArchCompTable::Find(typeId);
-        entry != nullptr && entry->name != nullptr) {
+    // A chain of bases that ends before the root goes on when a further module starts.
+    if (answer || cls_ClassRegistrar::Inherits(typeId, kRoot)) {
         _inherits.InsertUnlessMember(question, answer);
     }
     return answer;
