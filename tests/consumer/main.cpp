@@ -11,7 +11,7 @@ int main() {
     UTI_CaeUtils_initialize(modules);
     int failed = 0;
     {
-        omu_PrimTuple tuple;
+        omu_PrimTuple tuple(2, omu_PrimTuple::kCode);
         tuple.Put(7);
         tuple.Put(0.5);
         const cow_String text = tuple.AsRepr();

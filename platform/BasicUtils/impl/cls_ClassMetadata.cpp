@@ -48,7 +48,7 @@ void cls_ClassMetadata::DeleteCow(cow_COW<int, cow_Direct<int>>* holder) const {
 
 void* cls_ClassMetadata::Ctor(const cls_ReadVisitor& reader) const {
     if (_construct == nullptr) {
-        RaiseMissing("class %s is abstract and cannot be constructed", _name, __LINE__);
+        RaiseMissing("objects of class %s cannot be constructed", _name, __LINE__);
     }
     // The registered function takes a plain reference; every operation of a reader is const.
     return _construct(const_cast<cls_ReadVisitor&>(reader));
