@@ -33,11 +33,11 @@ std::string Texts(const host_Point& point, double scale) {
     return "(" + Texts({point[0], point[1], point[2]}, scale) + ")";
 }
 
-std::string PadLeft(std::string text, std::size_t width) {
+std::string PadLeft(const std::string& text, std::size_t width) {
     return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
 }
 
-std::string PadRight(std::string text, std::size_t width) {
+std::string PadRight(const std::string& text, std::size_t width) {
     return text.size() < width ? text + std::string(width - text.size(), ' ') : text;
 }
 

@@ -25,6 +25,7 @@ public:
         if (_holder != nullptr) _holder->AddHolder();
     }
     cow_COW(cow_COW&& other) noexcept : _holder(std::exchange(other._holder, nullptr)) {}
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the copy swapped in makes it harmless
     cow_COW& operator=(const cow_COW& other) noexcept {
         cow_COW(other).Swap(*this);
         return *this;

@@ -43,6 +43,7 @@ public:
 private:
     [[gnu::noinline]] void Reserve(int room) {
         if (room <= _room) return;
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): elements may well be pointers
         const std::size_t size = static_cast<std::size_t>(room) * sizeof(T);
         void* values = mem_Realloc(_values == _inside ? nullptr : _values, size);
         if (values == nullptr) mem_ThrowExhausted(size);

@@ -59,6 +59,7 @@ protected:
     omu_InterfaceObj();
     /// A copy is an object of its own: handles go on referring to the original.
     omu_InterfaceObj(const omu_InterfaceObj&);
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is assigned
     omu_InterfaceObj& operator=(const omu_InterfaceObj&) noexcept { return *this; }
 
     /// Raises the error of a name that is neither attribute nor method.

@@ -170,7 +170,7 @@ atr_String omu_RangeErrorException::JournalMessage() const {
     } else if (_keywordType == omu_KeywordTypeEnm::Float) {
         format = "%s must be a Float ";
     }
-    const atr_String start = atr_String::Format(format, _keyword);
+    atr_String start = atr_String::Format(format, _keyword);
 
     const auto lower = static_cast<unsigned>(_lowerQualifier);
     const auto higher = static_cast<unsigned>(_higherQualifier);

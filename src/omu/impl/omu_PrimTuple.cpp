@@ -390,7 +390,7 @@ bool omu_PrimTuple::Alternative() {
 }
 
 void omu_PrimTuple::End(cow_String nesting) {
-    const cow_String& place = nesting.IsEmpty() ? _nesting : nesting;
+    const cow_String place = nesting.IsEmpty() ? _nesting : std::move(nesting);
     if (_errorArg != 0) {
         omu_ArgTypeErrorException(_errorArg, _expected, _found, place).Throw(kSource, 1977);
     }

@@ -13,8 +13,9 @@ constexpr unsigned kRoot = 1;
 }  // namespace
 
 int omu_TypeRegistryCache::Question::Compare(const Question& other) const noexcept {
-    const auto order = std::tie(typeId, baseTypeId) <=> std::tie(other.typeId, other.baseTypeId);
-    return order < 0 ? -1 : (order > 0 ? 1 : 0);
+    const auto own = std::tie(typeId, baseTypeId);
+    const auto others = std::tie(other.typeId, other.baseTypeId);
+    return own < others ? -1 : (others < own ? 1 : 0);
 }
 
 bool omu_TypeRegistryCache::Inherits(unsigned typeId, unsigned baseTypeId) {

@@ -9,7 +9,8 @@
 #include "uti_Module.h"
 #include "wip_initialize.h"
 
-#include <ranges>
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -43,8 +44,7 @@ void UTI_CaeUtils_initialize(int& count) {
 
 void UTI_CaeUtils_finalize(int& count) {
     if (theLibrary.Finalize(count)) {
-        for (const StartStop& part : std::views::reverse(kParts)) {
-            part.finalize(count);
-        }
+        std::for_each(std::rbegin(kParts), std::rend(kParts),
+                      [&](const StartStop& part) { part.finalize(count); });
     }
 }

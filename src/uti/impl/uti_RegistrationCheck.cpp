@@ -161,6 +161,7 @@ std::vector<cow_String> uti_RegistrationCheck::Faults(
 std::vector<cow_String> uti_RegistrationCheck::Faults() {
     constexpr std::array<unsigned short, 3> numbers = {10, 19, 36};
     std::vector<Module> modules;
+    modules.reserve(numbers.size());
     for (const unsigned short number : numbers) {
         modules.push_back({number, typ_ArchCompTable::Module(number)});
     }
