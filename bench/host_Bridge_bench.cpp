@@ -1,7 +1,7 @@
 // Calls from Python into C++: f(7, 2.5, name=..., points=ten floats, mode=one of three), flag left
 // at its default; arrays and tuples there and back. Peers are bound by hand and by pybind11.
 
-#include "omu_PrimEnum.h"
+#include "bench_Command.h"
 #include "omu_StandardTraits.h"
 
 #include <benchmark/benchmark.h>
@@ -19,24 +19,11 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <span>
 #include <string>
 #include <vector>
 
 #ifdef BENCH_HAVE_HOST
-
-namespace {
-
-enum class Mode { Coarse, Medium, Fine };
-
-}  // namespace
-
-template <>
-struct omu_EnumTable<Mode, 1> {
-    static constexpr omu_EnumEntry<Mode> kEntries[] = {{"COARSE", Mode::Coarse},
-                                                       {"MEDIUM", Mode::Medium},
-                                                       {"FINE", Mode::Fine},
-                                                       {nullptr, Mode::Coarse}};
-};
 
 namespace {
 
@@ -47,23 +34,12 @@ double Work(int count, double size, const char* name, const double* points, std:
 }
 
 omu_Primitive* OursF(omu_Arguments& arguments) {
-    int count = 0;
-    double size = 0.0;
-    cow_String name;
-    cow_1DArrayList<double> points;
-    omu_PrimEnum<Mode, 1> mode(Mode::Coarse);
-    bool flag = true;
-    arguments.Begin();
-    arguments.Get(count, "count");
-    arguments.Get(size, "size");
-    arguments.Get(name, "name");
-    arguments.Get(points, "points");
-    arguments.Get(mode, "mode");
-    arguments.Optional();
-    arguments.Get(flag, "flag");
-    arguments.End();
-    return new omu_PrimNumber(Work(count, size, name.AsCharPtr(), points.Values().data(),
-                                   points.Values().size(), static_cast<int>(Mode(mode)), flag));
+    bench_Command read;
+    read.Read(arguments);
+    const std::span<const double> points = read.points.Values();
+    return new omu_PrimNumber(Work(read.count, read.size, read.name.AsCharPtr(), points.data(),
+                                   points.size(), static_cast<int>(bench_Mode(read.mode)),
+                                   read.flag));
 }
 
 omu_Primitive* Echo(omu_Arguments& arguments) {
@@ -105,17 +81,17 @@ PyObject* ParsedF(PyObject*, PyObject* args, PyObject* keywords) {
 
 #ifdef BENCH_HAVE_PYBIND11
 double BoundF(int count, double size, const std::string& name, const std::vector<double>& points,
-              Mode mode, bool flag) {
+              bench_Mode mode, bool flag) {
     return Work(count, size, name.c_str(), points.data(), points.size(), static_cast<int>(mode),
                 flag);
 }
 
 PYBIND11_EMBEDDED_MODULE(bench_pybind11, module) {
     namespace py = pybind11;
-    py::enum_<Mode>(module, "Mode")
-        .value("COARSE", Mode::Coarse)
-        .value("MEDIUM", Mode::Medium)
-        .value("FINE", Mode::Fine);
+    py::enum_<bench_Mode>(module, "Mode")
+        .value("COARSE", bench_Mode::Coarse)
+        .value("MEDIUM", bench_Mode::Medium)
+        .value("FINE", bench_Mode::Fine);
     module.def("f", &BoundF, py::arg("count"), py::arg("size"), py::arg("name"), py::arg("points"),
                py::arg("mode"), py::arg("flag") = true);
     module.def("echo", [](std::vector<double> values) { return py::tuple(py::cast(values)); });

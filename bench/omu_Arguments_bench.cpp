@@ -1,10 +1,9 @@
 // One command call in C++ only: fill an argument list, read it as the command does, End().
 //     f(count: int, size: float, name: str, points: ten floats, mode: one of three, flag = True)
 
+#include "bench_Command.h"
 #include "mem_Allocation.h"
-#include "omu_Arguments.h"
 #include "omu_ErrorExceptions.h"
-#include "omu_PrimEnum.h"
 
 #include <benchmark/benchmark.h>
 
@@ -21,15 +20,7 @@ bool CountAllocation(std::size_t) {
     return false;
 }
 
-enum class Mode { Coarse, Medium, Fine };
-
 }  // namespace
-
-template <>
-struct omu_EnumTable<Mode, 1> {
-    static constexpr omu_EnumEntry<Mode> kEntries[] = {
-        {"COARSE", Mode::Coarse}, {"MEDIUM", Mode::Medium}, {"FINE", Mode::Fine}, {nullptr, {}}};
-};
 
 // Not inlined: the compiler would take the pair of malloc and free for a mismatch.
 [[gnu::noinline]] void* operator new(std::size_t size) {
@@ -46,7 +37,7 @@ struct omu_EnumTable<Mode, 1> {
 
 namespace {
 
-using ModeConstant = omu_PrimEnum<Mode, 1>;
+using ModeConstant = omu_PrimEnum<bench_Mode, 1>;
 
 void Fill(omu_Arguments& call, const cow_1DArrayList<double>& points, const ModeConstant& mode) {
     call.Put(7);
@@ -57,22 +48,10 @@ void Fill(omu_Arguments& call, const cow_1DArrayList<double>& points, const Mode
 }
 
 double Read(omu_Arguments& call) {
-    int count = 0;
-    double size = 0.0;
-    cow_String name;
-    cow_1DArrayList<double> points;
-    ModeConstant mode(Mode::Coarse);
-    bool flag = true;
-    call.Begin();
-    call.Get(count, "count");
-    call.Get(size, "size");
-    call.Get(name, "name");
-    call.Get(points, "points");
-    call.Get(mode, "mode");
-    call.Optional();
-    call.Get(flag, "flag");
-    call.End();
-    return count * size + points.ConstGet(9) + name.Length() + (mode == Mode::Fine ? 1 : 0);
+    bench_Command read;
+    read.Read(call);
+    return read.count * read.size + read.points.ConstGet(9) + read.name.Length() +
+           (read.mode == bench_Mode::Fine ? 1 : 0);
 }
 
 void FillAndRead(benchmark::State& state) {
@@ -80,7 +59,7 @@ void FillAndRead(benchmark::State& state) {
     for (int i = 0; i < 10; ++i) {
         points.Append(0.5 * i);
     }
-    const ModeConstant mode(Mode::Fine);
+    const ModeConstant mode(bench_Mode::Fine);
     mem_SetFaultHook(&CountAllocation);
     const long before = allocations;
     {

@@ -7,8 +7,9 @@
 /// \file
 /// The allocator of the product line. All functions return memory aligned for std::max_align_t,
 /// are safe to call from any thread, and give out blocks that mem_Free and mem_Realloc accept from
-/// any thread, whichever function they came from. The environment variable TVX_MEM_POOL set to 0
-/// serves small blocks without pools, for memory checkers that watch malloc.
+/// any thread, whichever function they came from. Blocks of up to 512 bytes come from a pool where
+/// there is one; the environment variable TVX_MEM_POOL set to 0 serves them without, for memory
+/// checkers that watch malloc.
 
 /// A new block of \p size bytes; null when memory is exhausted. Size 0 gives a block of its own.
 [[nodiscard]] CORE_API void* mem_Malloc(std::size_t size) noexcept;
@@ -24,7 +25,7 @@ CORE_API void mem_Free(void* block) noexcept;
 /// \throws mem_ExhaustedException  when memory is exhausted.
 [[nodiscard]] CORE_API void* mem_OperatorNewThrow(std::size_t size);
 
-/// The same, made for many small objects: served from per-thread pools where that is faster.
+/// The same, for small objects.
 /// \throws mem_ExhaustedException  when memory is exhausted.
 [[nodiscard]] CORE_API void* mem_OperatorNewTinyThrow(std::size_t size);
 

@@ -4,8 +4,8 @@
 
 #include <cstddef>
 
-/// Empty base for classes with many small objects: single objects come from the pooled allocator,
-/// arrays from the general one. new raises mem_ExhaustedException.
+/// Empty base for classes with many small objects: single objects come from the allocator for
+/// small objects, arrays from the general one. new raises mem_ExhaustedException.
 class mem_AllocationOperatorsTiny {
 public:
     static void* operator new(std::size_t size) { return mem_OperatorNewTinyThrow(size); }
