@@ -41,35 +41,44 @@ g3d_ColorMap::g3d_ColorMap() {
 }
 
 g3d_Color g3d_ColorMap::ConstGet(const cow_String& name) const {
-    if (name.StartsWith("#")) {
+    if (name.View().substr(0, 1) == "#") {
         g3d_Color color;
         color.Set(name, 1.0F);
         return color;
     }
-    const g3d_Color* found = _userColors.Find(name);
-    if (found == nullptr) {
-        found = _defaultColors.Find(name);
-    }
-    if (found == nullptr) {
+    const auto found = _index.find(name);
+    if (found == _index.end() || found->second == nullptr) {
         g3d_ColorErrorException(name).Throw("generated/g3d/impl/g3d_ColorMap", kSourceLine);
     }
-    return *found;
+    return *found->second;
+}
+
+void g3d_ColorMap::Put(cow_Map<cow_String, g3d_Color>& colors, const cow_String& name,
+                       const g3d_Color& color) {
+    const g3d_Color*& indexed = _index[name];
+    colors.Put(name, color);
+    const g3d_Color* const own = _userColors.Find(name);
+    indexed = own != nullptr ? own : _defaultColors.Find(name);
 }
 
 bool g3d_ColorMap::AddDefaultColor(const cow_String& name, float red, float green, float blue) {
-    _defaultColors.Put(name, g3d_Color(red, green, blue, 1.0F));
+    Put(_defaultColors, name, g3d_Color(red, green, blue, 1.0F));
     return true;
 }
 
 bool g3d_ColorMap::AddByRGB(const cow_String& name, float red, float green, float blue) {
-    if (IsDefaultColor(name)) {
-        return false;
-    }
-    _userColors.Put(name, g3d_Color(red, green, blue, 1.0F));
+    if (IsDefaultColor(name)) return false;
+    Put(_userColors, name, g3d_Color(red, green, blue, 1.0F));
     return true;
 }
 
-bool g3d_ColorMap::Remove(const cow_String& name) { return _userColors.Remove(name); }
+bool g3d_ColorMap::Remove(const cow_String& name) {
+    if (!IsUserColor(name)) return false;
+    const auto indexed = _index.find(name);
+    indexed->second = _defaultColors.Find(name);
+    if (indexed->second == nullptr) _index.erase(indexed);
+    return _userColors.Remove(name);
+}
 
 bool g3d_ColorMap::IsMember(const cow_String& name) const {
     return IsDefaultColor(name) || IsUserColor(name);
