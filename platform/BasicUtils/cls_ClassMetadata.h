@@ -5,6 +5,7 @@
 #include "cls_WriteVisitor.h"
 #include "mem_AllocationOperators.h"
 
+#include <cstddef>
 #include <vector>
 
 template <class T>
@@ -53,7 +54,16 @@ public:
     [[nodiscard]] const std::vector<cls_Attribute>& Attributes() const noexcept {
         return _attributes;
     }
+    /// Whether Ctor can build an object of this class.
+    [[nodiscard]] bool IsConcrete() const noexcept { return _isConcrete; }
+    /// sizeof the class; 0 where it is not known. Stores reckon with it before they build objects.
+    [[nodiscard]] std::size_t ObjectSize() const noexcept { return _objectSize; }
+    cls_ClassMetadata& SetObjectSize(std::size_t bytes) noexcept;
     [[nodiscard]] bool HasDtor() const noexcept { return _deleter != nullptr; }
+
+protected:
+    /// For adapters whose Ctor builds objects of \p objectSize bytes.
+    void SetConcrete(std::size_t objectSize) noexcept;
 
 private:
     cow_String _name;
@@ -61,6 +71,8 @@ private:
     int _version;
     Construct _construct;
     unsigned _baseTypeId;
+    bool _isConcrete;
+    std::size_t _objectSize = 0;
     cls_CowDeleter _deleter = nullptr;
     std::vector<cls_Attribute> _attributes;
 };

@@ -18,7 +18,7 @@ public:
     /// function again only renews its selector.
     void initClassMetadata(MetadataFunction function, unsigned selector);
 
-    /// The classes, all noted functions called.
+    /// The classes, all noted functions called. The class system's own lists are always among them.
     [[nodiscard]] cls_ClassRegistrar& Classes();
     /// Number of noted functions.
     [[nodiscard]] int Count() const noexcept { return static_cast<int>(_functions.size()); }
@@ -35,5 +35,6 @@ public:
 private:
     std::vector<Entry> _functions;
     std::size_t _called = 0;
+    bool _hasLists = false;  // the class system's own lists are entered
     cls_ClassRegistrar _classes;
 };

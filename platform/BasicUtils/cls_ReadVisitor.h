@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+struct cls_HolderOps;
+
 /// Where a persistent object reads its fields from.
 ///
 /// A visitor stands on one class level of one stored object (or, from List, on the elements of one
@@ -43,4 +45,19 @@ public:
     /// Builds the stored object, whose class must be \p baseTypeId or derived from it, by its
     /// metadata's Ctor. The caller owns the result; null for a stored null.
     [[nodiscard]] virtual void* ReadObject(const char* name, unsigned baseTypeId) const = 0;
+
+    // What follows concerns objects reached in more than one way. A store that keeps no track of
+    // them reads every one as an object of its own, as these do unless overridden.
+
+    /// Reads an object into a copy-on-write holder; see cls_ReadShared.
+    virtual void ReadShared(const char* name, unsigned baseTypeId, const cls_HolderOps& ops,
+                            void* holder) const;
+    /// As ReadObject, for an object that others may refer to, or that refers to others. The caller
+    /// keeps it where it is for as long as the store is read, or fails.
+    [[nodiscard]] virtual void* ReadOwned(const char* name, unsigned baseTypeId) const;
+    /// Reads a reference to an object that its owner reads with ReadOwned; see cls_ReadReference.
+    /// \p set(place, object) is called when the object is there, never for a null reference. The
+    /// object that holds the reference must itself be read with ReadOwned.
+    virtual void ReadReference(const char* name, unsigned baseTypeId, void* place,
+                               void (*set)(void* place, void* object)) const;
 };

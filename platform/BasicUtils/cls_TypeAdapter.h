@@ -6,7 +6,10 @@
 template <class T>
 class cls_TypeAdapter : public cls_AbsTypeAdapter<T> {
 public:
-    using cls_AbsTypeAdapter<T>::cls_AbsTypeAdapter;
+    cls_TypeAdapter(const cow_String& name, int version, unsigned baseTypeId)
+        : cls_AbsTypeAdapter<T>(name, version, baseTypeId) {
+        this->SetConcrete(sizeof(T));
+    }
 
     [[nodiscard]] void* Ctor(const cls_ReadVisitor& reader) const override { return new T(reader); }
 };

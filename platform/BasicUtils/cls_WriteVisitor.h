@@ -8,6 +8,7 @@
 #include <span>
 
 class cls_WriteVisitor;
+struct cls_HolderOps;
 
 /// A persistent object seen without its type: what a store needs to write it. Does not own it.
 struct cls_ObjectRef {
@@ -24,6 +25,13 @@ struct cls_ObjectRef {
                     static_cast<const T*>(erased)->DBWrite(to);
                 }};
     }
+};
+
+/// A copy-on-write holder seen without its type. Does not own it.
+struct cls_HolderRef {
+    const cls_HolderOps* ops;
+    const void* holder;
+    bool isShared;  ///< whether it is not the only holder of its object
 };
 
 /// Where a persistent object writes its fields to.
@@ -55,4 +63,16 @@ public:
     [[nodiscard]] virtual std::unique_ptr<cls_WriteVisitor> List(const char* name,
                                                                  int count) const = 0;
     virtual void WriteObject(const char* name, const cls_ObjectRef& object) const = 0;
+
+    // What follows concerns objects reached in more than one way. A store that keeps no track of
+    // them writes every one as an object of its own, as these do unless overridden.
+
+    /// Writes an object that a copy-on-write holder shares; see cls_WriteShared.
+    virtual void WriteShared(const char* name, const cls_ObjectRef& object,
+                             const cls_HolderRef& holder) const;
+    /// As WriteObject, for an object that others may refer to, or that refers to others. It stays
+    /// where it is until the store is finished.
+    virtual void WriteOwned(const char* name, const cls_ObjectRef& object) const;
+    /// Writes a reference to an object that its owner writes, before or later, with WriteOwned.
+    virtual void WriteReference(const char* name, const cls_ObjectRef& object) const;
 };

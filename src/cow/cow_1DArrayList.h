@@ -93,7 +93,7 @@ public:
     void InsertAfter(int index, T value) {
         if (index < -1 || index >= Length()) cow_ThrowIndex(index, Length());
         Body& body = OwnBody();
-        body.insert(body.begin() + index + 1, std::move(value));
+        body.insert(body.begin() + (index + 1), std::move(value));
     }
     /// Removes element \p index in [0, Length()).
     void RemoveIndex(int index) {

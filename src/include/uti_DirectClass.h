@@ -11,7 +11,7 @@ void uti_RegisterDirect(cls_ClassRegistrar& registrar) {
     cls_ClassMetadata& metadata = registrar.CreateClassMD(
         info.storedName, info.typeId, info.version,
         [](cls_ReadVisitor& visitor) -> void* { return new T(visitor); }, info.baseTypeId);
-    metadata.AddDtor(&cls_DeleteHolder<cow_COW<T, cow_Direct<T>>>);
+    metadata.AddDtor(&cls_DeleteHolder<cow_COW<T, cow_Direct<T>>>).SetObjectSize(sizeof(T));
     int number = 0;
     cls_Access::ForEachField<T>([&]<class Field>(const Field& field) {
         using Traits = typename Field::Traits;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cls_Shared.h"
 #include "omu_Primitive.h"
 
 /// One value that may be absent is stored as an object or null.
@@ -11,10 +12,9 @@ struct cls_FieldTraits<omu_PrimHolder> {
 
     static void Write(const cls_WriteVisitor& visitor, const char* name,
                       const omu_PrimHolder& value) {
-        visitor.WriteObject(name, cls_ObjectRef::Of(value.IsNull() ? nullptr : &value.ConstGet()));
+        cls_WriteShared(visitor, name, value);
     }
     static void Read(const cls_ReadVisitor& visitor, const char* name, omu_PrimHolder& value) {
-        void* object = visitor.ReadObject(name, omu_Primitive::TypeId());
-        value = omu_PrimHolder(static_cast<omu_Primitive*>(object));
+        cls_ReadShared(visitor, name, omu_Primitive::TypeId(), value);
     }
 };

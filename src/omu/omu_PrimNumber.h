@@ -12,7 +12,7 @@ class CAE_API omu_PrimNumber : public omu_PrimLevel<omu_PrimNumber, omu_Primitiv
 public:
     static constexpr cls_ClassInfo kClass{"omu_PrimNumber", 0x130016, 0x130011, 835};
 
-    enum DataTypeEnm { SCHAR = 0, SHORT = 1, INT = 2, FLOAT = 3, DOUBLE = 4, UINT = 5 };
+    enum DataTypeEnm : int { SCHAR = 0, SHORT = 1, INT = 2, FLOAT = 3, DOUBLE = 4, UINT = 5 };
 
     /// Room that FormatDouble needs at most.
     static constexpr std::size_t kTextRoom = 40;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "cls_SequenceFields.h"
 #include "cow_List.h"
 #include "omu_PrimLevel.h"
-#include "omu_StringListField.h"
 
 /// The path of an object: its components from the outermost on.
 class CAE_API omu_PrimPath : public omu_PrimLevel<omu_PrimPath, omu_Primitive> {

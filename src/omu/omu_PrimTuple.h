@@ -181,7 +181,9 @@ public:
     [[nodiscard]] bool CountError() const noexcept {
         return _size < _required || _size > _requested;
     }
-    [[nodiscard]] bool Error() const noexcept { return CountError() || _errorArg != 0; }
+    [[nodiscard]] bool Error() const noexcept { return CountError() || HasFailed(); }
+    /// Whether a getter has found a value that does not fit; those after it read nothing.
+    [[nodiscard]] bool HasFailed() const noexcept { return _errorArg != 0; }
 
     /// Slot \p index for writing. Outside [0, Length()): nex_TextException.
     [[nodiscard]] omu_PrimHolder& operator[](int index);

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "cls_SequenceFields.h"
 #include "cow_List.h"
 #include "omu_HolderField.h"
-#include "omu_StringListField.h"
 
 /// A persistent message about one value of the application's object tree: the path of the object
 /// or attribute asked for, and the value found there or, as a delta, the change to it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cls_xpLists.h"
 #include "cow_1DArray.h"
 #include "cow_1DArrayList.h"
 #include "cow_2DArray.h"
@@ -313,6 +314,9 @@ template <class T>
 struct omu_ValueTraits<cow_1DArrayList<T>> : omu_SequenceTraits<cow_1DArrayList<T>, T> {};
 template <class T>
 struct omu_ValueTraits<cow_1DArray<T>> : omu_SequenceTraits<cow_1DArray<T>, T> {};
+/// A persistent list crosses as the container that it is.
+template <class Container>
+struct omu_ValueTraits<cls_xpList<Container>> : omu_ValueTraits<Container> {};
 
 /// A two-dimensional array: a sequence of rows of equal length.
 template <class T>

@@ -1,5 +1,6 @@
 #include "cls_ClassMetadata.h"
 
+#include "cls_Shared.h"
 #include "nex_TextException.h"
 
 namespace {
@@ -15,13 +16,41 @@ constexpr const char* kSource = "generated/platform/BasicUtils/impl/cls_ClassMet
 cls_ReadVisitor::~cls_ReadVisitor() = default;
 cls_WriteVisitor::~cls_WriteVisitor() = default;
 
+void cls_ReadVisitor::ReadShared(const char* name, unsigned baseTypeId, const cls_HolderOps& ops,
+                                 void* holder) const {
+    ops.adopt(holder, ReadObject(name, baseTypeId));
+}
+
+void* cls_ReadVisitor::ReadOwned(const char* name, unsigned baseTypeId) const {
+    return ReadObject(name, baseTypeId);
+}
+
+void cls_ReadVisitor::ReadReference(const char* name, unsigned, void*,
+                                    void (*)(void*, void*)) const {
+    RaiseMissing("this store keeps no references, such as field %s", name, __LINE__);
+}
+
+void cls_WriteVisitor::WriteShared(const char* name, const cls_ObjectRef& object,
+                                   const cls_HolderRef&) const {
+    WriteObject(name, object);
+}
+
+void cls_WriteVisitor::WriteOwned(const char* name, const cls_ObjectRef& object) const {
+    WriteObject(name, object);
+}
+
+void cls_WriteVisitor::WriteReference(const char* name, const cls_ObjectRef&) const {
+    RaiseMissing("this store keeps no references, such as field %s", name, __LINE__);
+}
+
 cls_ClassMetadata::cls_ClassMetadata(cow_String name, unsigned typeId, int version,
                                      Construct construct, unsigned baseTypeId)
     : _name(std::move(name)),
       _typeId(typeId),
       _version(version),
       _construct(construct),
-      _baseTypeId(baseTypeId) {}
+      _baseTypeId(baseTypeId),
+      _isConcrete(construct != nullptr) {}
 
 cls_ClassMetadata::~cls_ClassMetadata() = default;
 
@@ -57,6 +86,16 @@ void* cls_ClassMetadata::Ctor(const cls_ReadVisitor& reader) const {
 cls_ClassMetadata& cls_ClassMetadata::AddDtor(cls_CowDeleter deleter) noexcept {
     _deleter = deleter;
     return *this;
+}
+
+cls_ClassMetadata& cls_ClassMetadata::SetObjectSize(std::size_t bytes) noexcept {
+    _objectSize = bytes;
+    return *this;
+}
+
+void cls_ClassMetadata::SetConcrete(std::size_t objectSize) noexcept {
+    _isConcrete = true;
+    _objectSize = objectSize;
 }
 
 cls_ClassMetadata& cls_ClassMetadata::AddAttribute(const cls_FieldHandle& handle,

@@ -1,5 +1,7 @@
 #include "cls_MetadataRegistrar.h"
 
+#include "cls_xpLists.h"
+
 #include <algorithm>
 
 void cls_MetadataRegistrar::initClassMetadata(MetadataFunction function, unsigned selector) {
@@ -13,6 +15,13 @@ void cls_MetadataRegistrar::initClassMetadata(MetadataFunction function, unsigne
 }
 
 cls_ClassRegistrar& cls_MetadataRegistrar::Classes() {
+    if (!_hasLists) {
+        _hasLists = true;
+        cls_xpListInt::InitializeMetadata(_classes);
+        cls_xp1DArrayInt::InitializeMetadata(_classes);
+        cls_xpListString::InitializeMetadata(_classes);
+        cls_xp1DArrayListFloat::InitializeMetadata(_classes);
+    }
     while (_called < _functions.size()) {
         _functions[_called].function(_classes);
         ++_called;

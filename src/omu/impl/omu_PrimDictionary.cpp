@@ -1,5 +1,6 @@
 #include "omu_PrimDictionary.h"
 
+#include "cls_Shared.h"
 #include "omu_PrimNone.h"
 #include "omu_PrimNumber.h"
 #include "omu_PrimString.h"
@@ -125,7 +126,7 @@ void omu_PrimDictionary<Key>::DictField::Write(const cls_WriteVisitor& visitor, 
     const auto entries = visitor.List(name, 2 * dict.Length());
     for (const auto& entry : dict) {
         entries->Write("", entry.Key());
-        entries->WriteObject("", cls_ObjectRef::Of(&entry.Value().ConstGet()));
+        cls_WriteShared(*entries, "", entry.Value());
     }
 }
 
@@ -137,8 +138,9 @@ void omu_PrimDictionary<Key>::DictField::Read(const cls_ReadVisitor& visitor, co
     for (int left = entries->Count(); left > 0; left -= 2) {
         Key key{};
         entries->Read("", key);
-        auto* value = static_cast<omu_Primitive*>(entries->ReadObject("", omu_Primitive::TypeId()));
-        read.InsertUnlessMember(key, omu_PrimHolder(value != nullptr ? value : new omu_PrimNone));
+        omu_PrimHolder value;
+        cls_ReadShared(*entries, "", omu_Primitive::TypeId(), value);
+        read.InsertUnlessMember(key, value.IsNull() ? omu_PrimHolder(new omu_PrimNone) : value);
     }
     dict = std::move(read);
 }

@@ -1,5 +1,6 @@
 #include "omu_PrimException.h"
 
+#include "cls_Shared.h"
 #include "nex_TextException.h"
 
 #include <utility>
@@ -43,10 +44,10 @@ const nex_Exception* omu_PrimException::Exception() const noexcept {
 
 void omu_PrimException::ExceptionField::Write(const cls_WriteVisitor& visitor, const char* name,
                                               const Holder& held) {
-    visitor.WriteObject(name, held.IsNull() ? cls_ObjectRef() : cls_ObjectRef::Of(&*held));
+    cls_WriteShared(visitor, name, held);
 }
 
 void omu_PrimException::ExceptionField::Read(const cls_ReadVisitor& visitor, const char* name,
                                              Holder& held) {
-    held = Holder(static_cast<nex_Exception*>(visitor.ReadObject(name, nex_Exception::TypeId())));
+    cls_ReadShared(visitor, name, nex_Exception::TypeId(), held);
 }

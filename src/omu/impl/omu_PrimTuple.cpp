@@ -1,5 +1,6 @@
 #include "omu_PrimTuple.h"
 
+#include "cls_Shared.h"
 #include "nex_TextException.h"
 #include "omu_DictPyObjectWrapper.h"
 #include "omu_ErrorExceptions.h"
@@ -407,18 +408,19 @@ void cls_FieldTraits<cow_1DArray<omu_PrimHolder>>::Write(
     const cls_WriteVisitor& visitor, const char* name, const cow_1DArray<omu_PrimHolder>& values) {
     const auto list = visitor.List(name, values.Length());
     for (const omu_PrimHolder& value : values) {
-        list->WriteObject("", cls_ObjectRef::Of(value.IsNull() ? nullptr : &value.ConstGet()));
+        cls_WriteShared(*list, "", value);
     }
 }
 
 void cls_FieldTraits<cow_1DArray<omu_PrimHolder>>::Read(const cls_ReadVisitor& visitor,
                                                         const char* name,
                                                         cow_1DArray<omu_PrimHolder>& values) {
-    cow_1DArray<omu_PrimHolder> read;
     const auto list = visitor.List(name);
+    cow_1DArray<omu_PrimHolder> read;
     for (int left = list->Count(); left > 0; --left) {
-        void* object = list->ReadObject("", omu_Primitive::TypeId());
-        read.Append(omu_PrimHolder(static_cast<omu_Primitive*>(object)));
+        omu_PrimHolder value;
+        cls_ReadShared(*list, "", omu_Primitive::TypeId(), value);
+        read.Append(std::move(value));
     }
     values = std::move(read);
 }
