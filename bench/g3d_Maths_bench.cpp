@@ -464,12 +464,25 @@ void GlmCamera(benchmark::State& state, bool movesPlane) {
     const std::vector<float> places = Floats(kArguments * 3, 3);
     glm::mat4 view;
     glm::mat4 projection;
+    // Like our camera's: floats in memory, of which the compiler knows nothing.
+    glm::vec3 target(0);
+    glm::vec3 up(0, 1, 0);
+    float window[] = {-0.5F, 0.5F, -0.5F, 0.5F};
+    float nearPlane = 1;
+    float farPlane = movesPlane ? 100.0F : 10000.0F;
     const auto move = [&](std::size_t i) {
-        const double nearPlane = movesPlane ? 1.5 + places[i] : 1.0;
+        if (movesPlane) {
+            nearPlane = 1.5F + places[i];
+        }
+        benchmark::DoNotOptimize(target);
+        benchmark::DoNotOptimize(up);
+        benchmark::DoNotOptimize(window);
+        benchmark::DoNotOptimize(nearPlane);
+        benchmark::DoNotOptimize(farPlane);
         view = glm::mat4(glm::lookAt(glm::dvec3(places[i] + 5, places[i + 1], places[i + 2]),
-                                     glm::dvec3(0), glm::dvec3(0, 1, 0)));
-        projection =
-            glm::mat4(glm::frustum(-0.5, 0.5, -0.5, 0.5, nearPlane, movesPlane ? 100.0 : 10000.0));
+                                     glm::dvec3(target), glm::dvec3(up)));
+        projection = glm::mat4(
+            glm::frustum<double>(window[0], window[1], window[2], window[3], nearPlane, farPlane));
         benchmark::DoNotOptimize(view);
         benchmark::DoNotOptimize(projection);
         return view[0][0] + projection[0][0];

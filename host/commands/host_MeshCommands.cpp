@@ -1,6 +1,6 @@
 #include "host_MeshCommands.h"
 
-#include "host_Command.h"
+#include "host_CommandTools.h"
 #include "host_PartReport.h"
 #include "host_PartTable.h"
 #include "omu_Get.h"
@@ -16,55 +16,10 @@ namespace {
 constexpr const char* kSource = "host/commands/host_MeshCommands";
 
 [[noreturn]] void RefuseValue(const std::string& message, int line) {
-    omu_ValueErrorException(atr_String(message)).Throw(kSource, line);
+    host_RefuseValue(message, kSource, line);
 }
 
 // --- Reading -----------------------------------------------------------------------------------
-
-std::vector<host_Point> PointsOf(const omu_PrimArray& array) {
-    if (array.Dimensions() != 2 || array.Dims()[1] != 3) {
-        RefuseValue("points is an array of shape " +
-                        std::string(omu_PrimArray(array.Dims()).AsString(0).View()) +
-                        "; [n, 3] was expected",
-                    __LINE__);
-    }
-    const std::vector<double> values = array.AsDoubles();
-    std::vector<host_Point> points(values.size() / 3);
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        points[i / 3][i % 3] = values[i];
-    }
-    return points;
-}
-
-/// An array of shape (n, 3), or else a sequence of triples.
-omu_PrimArray GetPoints(omu_Arguments& args, const char* keyword) {
-    omu_PrimArray array;
-    args.Get(array, keyword);
-    if (args.ErrorOnPrevious() && args.Alternative()) {
-        cow_2DArray<double> rows;
-        args.Get(rows, keyword);
-        std::vector<double> values;
-        for (int i = 0; i < rows.Rows(); ++i) {
-            for (int j = 0; j < rows.Columns(); ++j) {
-                values.push_back(rows.ConstGet(i, j));
-            }
-        }
-        if (!args.ErrorOnPrevious()) {
-            array = omu_PrimArray(std::move(values), {rows.Rows(), rows.Columns()});
-        }
-    }
-    return array;
-}
-
-/// A point, or \p point as it is when the sequence is empty.
-void TakePoint(const cow_1DArrayList<double>& values, const char* keyword, host_Point& point) {
-    if (values.Length() != 0 && values.Length() != 3) {
-        RefuseValue(std::string(keyword) + " has " + std::to_string(values.Length()) +
-                        " coordinates; 3 were expected",
-                    __LINE__);
-    }
-    std::copy(values.begin(), values.end(), point.begin());
-}
 
 /// Adds an array of shape (n, nodes of a cell). Without a type the number of nodes decides.
 void AddBlock(host_Mesh& mesh, const omu_PrimArray& nodes, const host_CellType* type) {
@@ -72,14 +27,13 @@ void AddBlock(host_Mesh& mesh, const omu_PrimArray& nodes, const host_CellType* 
         RefuseValue("cells of one type are an array of int of two dimensions, cell by cell",
                     __LINE__);
     }
-    const host_CellType byCount = host_Mesh::TypeOf(nodes.Dims()[1]);
-    if (type != nullptr && *type != byCount) {
+    if (type != nullptr && host_Mesh::NodeCount(*type) != nodes.Dims()[1]) {
         RefuseValue(std::string(host_CellTypeConstant(*type).GetString()) + " cells have " +
                         std::to_string(host_Mesh::NodeCount(*type)) + " nodes, not " +
                         std::to_string(nodes.Dims()[1]),
                     __LINE__);
     }
-    mesh.AddCells(byCount, nodes.Ints());
+    mesh.AddCells(type != nullptr ? *type : host_Mesh::TypeOf(nodes.Dims()[1]), nodes.Ints());
 }
 
 /// Adds a sequence of blocks (TYPE, array) and cells (node, node, ...), in any mixture.
@@ -114,25 +68,9 @@ void AddSequence(host_Mesh& mesh, omu_PrimTuple& cells) {
 host_Part& FindPart(const cow_String& name) { return host_PartTable::Instance().Find(name); }
 
 /// The part of a command that has no other parameter.
-host_Part& OnlyPart(omu_Arguments& args) {
-    cow_String name;
-    args.Begin();
-    args.Get(name, "part");
-    args.End();
-    return FindPart(name);
-}
+host_Part& OnlyPart(omu_Arguments& args) { return FindPart(host_GetOnlyPart(args, true)); }
 
 // --- Results -----------------------------------------------------------------------------------
-
-omu_PrimTuple* Triple(double a, double b, double c) {
-    auto tuple = std::make_unique<omu_PrimTuple>(3, omu_PrimSequence::kCode);
-    tuple->Put(a);
-    tuple->Put(b);
-    tuple->Put(c);
-    return tuple.release();
-}
-
-omu_PrimTuple* Triple(const host_Point& point) { return Triple(point[0], point[1], point[2]); }
 
 void Print(const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
@@ -145,17 +83,18 @@ omu_Primitive* Part(omu_Arguments& args) {
     omu_TarvexName name;
     args.Begin();
     args.Get(name, "name");
-    const omu_PrimArray points = GetPoints(args, "points");
+    const omu_PrimArray points = host_GetPoints(args, 1, "points");
     omu_PrimArray block;
     omu_PrimTuple cells('(');
-    args.Get(block, "cells");
-    const bool isSequence = args.ErrorOnPrevious() && args.Alternative();
+    const bool isSequence = !host_IsArray(args, 2, "cells");
     if (isSequence) {
         args.Get(cells, "cells");
+    } else {
+        args.Get(block, "cells");
     }
     args.End();
 
-    host_Part part{name.AsString(), host_Mesh(PointsOf(points)), {}};
+    host_Part part{name.AsString(), host_Mesh(host_PointsOf(points, "points")), {}, {}};
     if (isSequence) {
         AddSequence(part.mesh, cells);
     } else {
@@ -226,13 +165,82 @@ omu_Primitive* Group(omu_Arguments& args) {
     return new omu_PrimNumber(count);
 }
 
+/// Whether \p given is an array, or a sequence that does not begin with a number.
+bool IsOfRows(const omu_Primitive* given) {
+    const auto* sequence = dynamic_cast<const omu_PrimSequence*>(given);
+    return sequence != nullptr && (dynamic_cast<const omu_PrimArray*>(given) != nullptr ||
+                                   (sequence->Length() > 0 &&
+                                    omu_PrimCast<omu_PrimNumber>(*sequence->Index(0)) == nullptr));
+}
+
+omu_PrimArray NumbersOf(omu_PrimTuple& sequence) {
+    std::vector<double> values(static_cast<std::size_t>(sequence.Length()));
+    sequence.Begin();
+    for (double& value : values) {
+        sequence.Get(value);
+    }
+    sequence.End();
+    return omu_PrimArray(std::move(values));
+}
+
+omu_Primitive* Field(omu_Arguments& args) {
+    cow_String partName;
+    omu_TarvexName name;
+    omu_PrimArray values;
+    omu_PrimTuple numbers('(');
+    auto position = host_FieldPosition::Nodes;
+    args.Begin();
+    args.Get(partName, "part");
+    args.Get(name, "name");
+    const bool isOfRows = IsOfRows(host_Given(args, 2, "values"));
+    if (isOfRows) {
+        values = host_GetPoints(args, 2, "values");
+    } else {
+        args.Get(numbers, "values");
+    }
+    args.Optional();
+    host_GetConstant(args, position, "position");
+    args.End();
+    if (!isOfRows) {
+        values = NumbersOf(numbers);
+    }
+
+    host_Part& part = FindPart(partName);
+    const bool isAtNodes = position == host_FieldPosition::Nodes;
+    const auto count =
+        isAtNodes ? part.mesh.Points().size() : static_cast<std::size_t>(part.mesh.CellCount());
+    const std::vector<int>& dims = values.Dims();
+    const bool isScalar = dims.size() == 1 || (dims.size() == 2 && dims[1] == 1);
+    if (static_cast<std::size_t>(dims[0]) != count ||
+        !(isScalar || (dims.size() == 2 && dims[1] == 3))) {
+        const std::string rows = std::to_string(count);
+        RefuseValue("values is an array of shape " +
+                        std::string(omu_PrimArray(dims).AsString(0).View()) + "; for the " + rows +
+                        (isAtNodes ? " points" : " cells") + " of this part [" + rows + "] or [" +
+                        rows + ", 3] was expected",
+                    __LINE__);
+    }
+    host_Field field{position, isScalar ? std::size_t{1} : std::size_t{3}, values.AsDoubles()};
+    part.fields[name.AsString()] = std::make_shared<const host_Field>(std::move(field));
+    return nullptr;
+}
+
 omu_Primitive* BoundingBox(omu_Arguments& args) {
     const auto box = OnlyPart(args).mesh.BoundingBox();
-    return omu_MakeTuple(2, [&](int i) { return Triple(i == 0 ? box.low : box.high); });
+    return omu_MakeTuple(2, [&](int i) { return host_Triple(i == 0 ? box.low : box.high); });
 }
 
 omu_Primitive* SurfaceArea(omu_Arguments& args) {
     return new omu_PrimNumber(OnlyPart(args).mesh.SurfaceArea());
+}
+
+/// The moments of cells, among which there must be a solid.
+host_Moments MomentsOf(const host_Part& part, const std::vector<int>& cells) {
+    const auto isSurface = [&](int cell) { return host_Mesh::IsSurface(part.mesh.Type(cell)); };
+    if (!cells.empty() && std::all_of(cells.begin(), cells.end(), isSurface)) {
+        RefuseValue("all these cells are surface cells, which have no volume", __LINE__);
+    }
+    return part.mesh.Moments(cells);
 }
 
 omu_Primitive* Volume(omu_Arguments& args) {
@@ -244,7 +252,7 @@ omu_Primitive* Volume(omu_Arguments& args) {
     args.Get(group, "group");
     args.End();
     const host_Part& part = FindPart(name);
-    return new omu_PrimNumber(part.mesh.Moments(part.Cells(group)).volume);
+    return new omu_PrimNumber(MomentsOf(part, part.Cells(group)).volume);
 }
 
 omu_Primitive* MassProperties(omu_Arguments& args) {
@@ -260,14 +268,14 @@ omu_Primitive* MassProperties(omu_Arguments& args) {
     omu_RangeChecker().Above(0).Check("density", density);
 
     const host_Part& part = FindPart(name);
-    const host_Moments moments = part.mesh.Moments(part.Cells({}));
+    const host_Moments moments = MomentsOf(part, part.Cells({}));
     host_Point point = moments.centre;
-    TakePoint(about, "about", point);
+    host_TakePoint(about, "about", point);
     const auto [xx, yy, zz, xy, yz, xz] = moments.Inertia(density, point);
     auto result = std::make_unique<omu_PrimDictionary<cow_String>>();
     result->Put("volume", moments.volume);
     result->Put("mass", density * moments.volume);
-    result->Put("centre", Triple(moments.centre));
+    result->Put("centre", host_Triple(moments.centre));
     result->Put("inertia", omu_PrimArray(std::vector{xx, xy, xz, xy, yy, yz, xz, yz, zz}, {3, 3}));
     return result.release();
 }
@@ -355,15 +363,6 @@ omu_Primitive* Say(omu_Arguments& args) {
 
 // --- Their declarations ------------------------------------------------------------------------
 
-template <class E>
-std::vector<std::string> Names() {
-    std::vector<std::string> names;
-    for (const auto* entry = omu_EnumTable<E, 1>::kEntries; entry->name != nullptr; ++entry) {
-        names.emplace_back(entry->name);
-    }
-    return names;
-}
-
 const host_Parameter kPart{"part", "str", "name of a part", "", {}};
 const host_Parameter kGroup{
     "group", "str", "name of a group of its cells; all cells by default", "''", {}};
@@ -372,15 +371,17 @@ const host_Parameter kWorst{"worst", "int", "how many of the worst cells to list
 
 host_Parameter Measure() {
     return {"measure", "constant", "how the shape of a cell is judged", "SCALED_JACOBIAN",
-            Names<host_QualityMeasure>()};
+            host_Names<host_QualityMeasure>()};
 }
 
 constexpr const char* kMeasures =
     "The ideal cell has equal edges and the value 1. Of a cell's corners the least counts;\n"
-    "a pyramid's apex is left out. J is the determinant of a corner's three edges.\n"
+    "a pyramid's apex is left out. J is the determinant of a corner's three edges, in a surface\n"
+    "cell of two edges and the unit normal.\n"
     "SCALED_JACOBIAN  J over the edges' lengths, relative to the ideal; 0 or less is inverted.\n"
     "                 Stimpson and others, The Verdict Geometric Quality Library, SAND2007-1751\n"
     "MEAN_RATIO       3 det(T)^(2/3) / |T|^2, T the map from the ideal corner; 0 if inverted.\n"
+    "                 In a surface 2 det(T) / |T|^2.\n"
     "                 Knupp, Finite Elements in Analysis and Design 39 (2003), 217-241\n"
     "EDGE_RATIO       longest over shortest edge. Verdict, as above";
 
@@ -389,14 +390,16 @@ constexpr const char* kMeasures =
 void host_RegisterMeshCommands(host_CommandTable& table) {
     table.Add(
         {"part",
-         "Makes a part of a mesh of solid cells and returns its name.\n"
+         "Makes a part of a mesh of solid and surface cells and returns its name.\n"
          "cells is an array, one row of nodes a cell, or a sequence of (TYPE, array) and of\n"
-         "cells given as (node, node, ...). Cells have 4, 5, 6 or 8 nodes: the base first,\n"
-         "then the apex or the opposite face. Points and cells are numbered from 0. A part\n"
+         "cells given as (node, node, ...). Solids have 4, 5, 6 or 8 nodes: the base first,\n"
+         "then the apex or the opposite face. Surface cells have 3 nodes, or as QUAD4 4: where\n"
+         "no type is given, 4 nodes make a TET4. Points and cells are numbered from 0. A part\n"
          "of the same name is replaced.",
          {{"name", "str", "a legal name; legalName makes one", "", {}},
           {"points", "array", "coordinates, of shape (n, 3), or a sequence of triples", "", {}},
-          {"cells", "array or sequence", "the nodes of each cell", "", Names<host_CellType>()}},
+          {"cells", "array or sequence", "the nodes of each cell", "",
+           host_Names<host_CellType>()}},
          Part});
     table.Add({"deletePart", "Removes a part.", {kPart}, DeletePart});
     table.Add(
@@ -417,22 +420,34 @@ void host_RegisterMeshCommands(host_CommandTable& table) {
                  "()",
                  {}}},
                Group});
+    table.Add({"field",
+               "Gives a part values at its nodes or cells, to be shown by contour and deform.\n"
+               "A value is a number or a vector of three; NaN and infinities may be among them. A\n"
+               "field of the same name is replaced.",
+               {kPart,
+                {"name", "str", "a legal name", "", {}},
+                {"values", "array", "of shape (n,) or (n, 3), or a sequence like that", "", {}},
+                {"position", "constant", "what each value belongs to", "NODES",
+                 host_Names<host_FieldPosition>()}},
+               Field});
     table.Add({"boundingBox",
                "Returns the lowest and the highest corner of a part's points.",
                {kPart},
                BoundingBox});
     table.Add({"surfaceArea",
-               "Returns the area of the faces that belong to one cell only.",
+               "Returns the area of the faces that belong to one solid only, and of surface cells.",
                {kPart},
                SurfaceArea});
     table.Add({"volume",
-               "Returns the volume of a part or of a group of its cells.",
+               "Returns the volume of a part or of a group of its cells.\n"
+               "Surface cells count nothing; where there are no others, that is an error.",
                {kPart, kGroup},
                Volume});
     table.Add(
         {"massProperties",
          "Returns a dictionary of a part's volume, mass, centre of mass and tensor of inertia\n"
-         "(a 3x3 array; its element xy is minus the integral of density x y).",
+         "(a 3x3 array; its element xy is minus the integral of density x y). Surface cells\n"
+         "count nothing; where there are no others, that is an error.",
          {kPart,
           kDensity,
           {"about",

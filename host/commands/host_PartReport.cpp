@@ -122,6 +122,40 @@ std::string QualityText(const host_Mesh& mesh, const std::vector<int>& cells,
     return text;
 }
 
+/// Volume, mass, centre and inertia; surface cells have none.
+std::string SolidText(const host_Part& part, const std::vector<int>& cells,
+                      const host_ReportOptions& options) {
+    if (!cells.empty() && std::all_of(cells.begin(), cells.end(), [&](int cell) {
+            return host_Mesh::IsSurface(part.mesh.Type(cell));
+        })) {
+        return Line("volume", "none, all cells are surface cells");
+    }
+    const host_Moments moments = part.mesh.Moments(cells);
+    const double size = Size(part.mesh);
+    const std::string& length = options.lengthUnit;
+    const std::string& mass = options.massUnit;
+    const std::string inertiaUnit =
+        mass.empty() || length.empty() ? "" : mass + " " + length + "^2";
+    const auto [xx, yy, zz, xy, yz, xz] = moments.Inertia(options.density, moments.centre);
+    return Line("volume", Text(moments.volume), Power(length, "^3")) +
+           Line("mass", Text(options.density * moments.volume), mass) +
+           Line("centre of mass", Texts(moments.centre, size), length) +
+           Line("inertia about it", "Ixx, Iyy, Izz = " + Texts({xx, yy, zz}, xx + yy + zz),
+                inertiaUnit) +
+           Line("", "Ixy, Iyz, Ixz = " + Texts({xy, yz, xz}, xx + yy + zz), inertiaUnit);
+}
+
+std::string FieldText(const host_Part& part) {
+    std::string text = part.fields.empty() ? "" : "\n  Fields\n";
+    for (const auto& [name, field] : part.fields) {
+        const auto [low, high] = field->Range(host_Component::Magnitude);
+        text += "    " + PadRight(name.Std(), 18) + PadRight(ConstantName(field->position), 6) +
+                (field->components == 1 ? "numbers, " : "vectors of length ") + Text(low) + " to " +
+                Text(high) + "\n";
+    }
+    return text;
+}
+
 std::string GroupText(const host_Part& part, const std::string& volumeUnit) {
     std::string text = part.groups.empty() ? "" : "\n  Groups of cells\n";
     std::size_t width = 16;
@@ -163,15 +197,9 @@ host_QualitySummary::host_QualitySummary(const host_Mesh& mesh, const std::vecto
 std::string host_PartReport(const host_Part& part, const host_ReportOptions& options) {
     const host_Mesh& mesh = part.mesh;
     const std::vector<int> cells = part.Cells({});
-    const host_Moments moments = mesh.Moments(cells);
     const auto box = mesh.BoundingBox();
     const double size = Size(mesh);
     const std::string& length = options.lengthUnit;
-    const std::string& mass = options.massUnit;
-    const std::string volumeUnit = Power(length, "^3");
-    const std::string inertiaUnit =
-        mass.empty() || length.empty() ? "" : mass + " " + length + "^2";
-    const auto [xx, yy, zz, xy, yz, xz] = moments.Inertia(options.density, moments.centre);
 
     std::string text =
         "Part '" + part.name.Std() + "'\n" + Line("points", std::to_string(mesh.Points().size())) +
@@ -179,14 +207,9 @@ std::string host_PartReport(const host_Part& part, const host_ReportOptions& opt
         Line("outer faces", std::to_string(mesh.OuterFaces().size())) +
         Line("bounding box", Texts(box.low, size) + " to " + Texts(box.high, size), length) +
         Line("surface area", Text(mesh.SurfaceArea()), Power(length, "^2")) +
-        Line("volume", Text(moments.volume), volumeUnit) +
-        Line("mass", Text(options.density * moments.volume), mass) +
-        Line("centre of mass", Texts(moments.centre, size), length) +
-        Line("inertia about it", "Ixx, Iyy, Izz = " + Texts({xx, yy, zz}, xx + yy + zz),
-             inertiaUnit) +
-        Line("", "Ixy, Iyz, Ixz = " + Texts({xy, yz, xz}, xx + yy + zz), inertiaUnit);
+        SolidText(part, cells, options);
     if (!cells.empty()) {
         text += QualityText(mesh, cells, options);
     }
-    return text + GroupText(part, volumeUnit);
+    return text + GroupText(part, Power(options.lengthUnit, "^3")) + FieldText(part);
 }

@@ -1,12 +1,12 @@
 #include "host_Mesh.h"
 
+#include "host_FirstEqual.h"
 #include "omu_RangeChecker.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
-#include <unordered_map>
 
 namespace {
 
@@ -16,7 +16,7 @@ using FaceNodes = std::array<int, 4>;
 
 struct Corner {
     int at;
-    std::array<int, 3> to;  // a right-handed triple
+    std::array<int, 3> to;  // a right-handed triple; the last is -1 for a surface cell's normal
 };
 
 /// What the algorithms know of a shape. Faces run against the clock, seen from outside.
@@ -42,6 +42,11 @@ constexpr Corner kWedgeCorners[] = {{0, {1, 2, 3}}, {1, {2, 0, 4}}, {2, {0, 1, 5
                                     {3, {5, 4, 0}}, {4, {3, 5, 1}}, {5, {4, 3, 2}}};
 constexpr Corner kHexCorners[] = {{0, {1, 3, 4}}, {1, {2, 0, 5}}, {2, {3, 1, 6}}, {3, {0, 2, 7}},
                                   {4, {7, 5, 0}}, {5, {4, 6, 1}}, {6, {5, 7, 2}}, {7, {6, 4, 3}}};
+constexpr FaceNodes kTriFaces[] = {{0, 1, 2, -1}};
+constexpr FaceNodes kQuadFaces[] = {{0, 1, 2, 3}};
+constexpr Corner kTriCorners[] = {{0, {1, 2, -1}}, {1, {2, 0, -1}}, {2, {0, 1, -1}}};
+constexpr Corner kQuadCorners[] = {
+    {0, {1, 3, -1}}, {1, {2, 0, -1}}, {2, {3, 1, -1}}, {3, {0, 2, -1}}};
 
 constexpr double kHalfRoot2 = 0.70710678118654752440;
 constexpr double kHalfRoot3 = 0.86602540378443864676;
@@ -52,6 +57,8 @@ constexpr Shape kShapes[] = {
     {5, kPyramidFaces, kPyramidCorners, kHalfRoot2, {1.5, 1.5, 2, 0.5, -1, -1}},
     {6, kWedgeFaces, kWedgeCorners, kHalfRoot3, {4.0 / 3, 4.0 / 3, 1, -2.0 / 3, 0, 0}},
     {8, kHexFaces, kHexCorners, 1, {1, 1, 1, 0, 0, 0}},
+    {3, kTriFaces, kTriCorners, kHalfRoot3, {4.0 / 3, 4.0 / 3, 0, -2.0 / 3, 0, 0}},
+    {4, kQuadFaces, kQuadCorners, 1, {1, 1, 0, 0, 0, 0}},
 };
 
 constexpr const Shape& ShapeOf(host_CellType type) { return kShapes[static_cast<int>(type)]; }
@@ -126,32 +133,18 @@ private:
     std::size_t _count = 0;
 };
 
-/// What two cells' faces have in common: the nodes ascending, each once.
-struct FaceKey {
-    std::array<int, 4> nodes{-1, -1, -1, -1};
+/// What two cells' faces have in common: the nodes ascending, each once, and then -1.
+FaceNodes FaceKey(FaceNodes face) {
+    FaceNodes key{-1, -1, -1, -1};
+    std::sort(face.begin(), face.end());
     std::size_t count = 0;
-
-    explicit FaceKey(FaceNodes face) {
-        std::sort(face.begin(), face.end());
-        for (const int node : face) {
-            if (node >= 0 && (count == 0 || nodes[count - 1] != node)) {
-                nodes[count++] = node;
-            }
+    for (const int node : face) {
+        if (node >= 0 && (count == 0 || key[count - 1] != node)) {
+            key[count++] = node;
         }
     }
-    bool operator==(const FaceKey&) const = default;
-};
-
-struct FaceHash {
-    std::size_t operator()(const FaceKey& key) const noexcept {
-        std::size_t hash = 0;
-        for (const int node : key.nodes) {
-            hash = (hash ^ static_cast<unsigned>(node)) * 0x9E3779B97F4A7C15U;
-            hash ^= hash >> 29;
-        }
-        return hash;
-    }
-};
+    return key;
+}
 
 [[noreturn]] void Refuse(const std::string& message, int line) {
     omu_ValueErrorException(atr_String(message)).Throw(kSource, line);
@@ -215,7 +208,7 @@ host_CellType host_Mesh::TypeOf(int nodeCount) {
             return entry->value;
         }
     }
-    Refuse("no cell has " + std::to_string(nodeCount) + " nodes; 4, 5, 6 and 8 are known",
+    Refuse("no cell has " + std::to_string(nodeCount) + " nodes; 3, 4, 5, 6 and 8 are known",
            __LINE__);
 }
 
@@ -244,34 +237,53 @@ host_Point host_Mesh::Middle(int cell) const {
     return middle;
 }
 
+host_Mesh::Face host_Mesh::FaceOf(int cell, std::size_t number) const {
+    const auto nodes = Nodes(cell);
+    Face face{cell, ShapeOf(Type(cell)).faces[number]};
+    for (int& node : face.nodes) {
+        node = node < 0 ? -1 : nodes[static_cast<std::size_t>(node)];
+    }
+    return face;
+}
+
 std::vector<host_Mesh::Face> host_Mesh::OuterFaces() const {
-    struct Seen {
-        std::size_t place;
-        int times;
+    struct Place {
+        int cell;
+        std::uint32_t face;
     };
-    std::vector<Face> faces;
-    std::unordered_map<FaceKey, Seen, FaceHash> seen;
-    seen.reserve(_nodes.size());
+    std::vector<Place> places;
+    std::vector<FaceNodes> keys;
+    places.reserve(_nodes.size());
+    keys.reserve(_nodes.size());
     for (int cell = 0; cell < CellCount(); ++cell) {
-        const auto nodes = Nodes(cell);
-        for (FaceNodes face : ShapeOf(Type(cell)).faces) {
-            for (int& node : face) {
-                node = node < 0 ? -1 : nodes[static_cast<std::size_t>(node)];
-            }
-            const FaceKey key(face);
-            if (key.count < 3) {
-                continue;  // of a collapsed cell
-            }
-            const auto [entry, isNew] = seen.try_emplace(key, Seen{faces.size(), 0});
-            ++entry->second.times;
-            if (isNew) {
-                faces.push_back({cell, face});
-            } else {
-                faces[entry->second.place].cell = -1;
+        const std::size_t count = ShapeOf(Type(cell)).faces.size();
+        for (std::uint32_t number = 0; number < count; ++number) {
+            const FaceNodes key = FaceKey(FaceOf(cell, number).nodes);
+            if (key[2] >= 0) {  // else of a collapsed cell
+                keys.push_back(key);
+                places.push_back({cell, number});
             }
         }
     }
-    std::erase_if(faces, [](const Face& face) { return face.cell < 0; });
+    // Of faces with the same nodes, which is shown, if any.
+    constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    const std::vector<std::uint32_t> first = host_FirstEqual(keys, _points.size());
+    std::vector<std::uint32_t> shown(keys.size(), kNone);
+    const auto isSurface = [&](std::uint32_t i) { return IsSurface(Type(places[i].cell)); };
+    for (std::uint32_t i = 0; i < keys.size(); ++i) {
+        std::uint32_t& known = shown[first[i]];
+        if (first[i] == i) {
+            known = i;
+        } else if (known == kNone || !isSurface(known)) {
+            known = isSurface(i) ? i : kNone;
+        }
+    }
+    std::vector<Face> faces;
+    for (const std::uint32_t i : shown) {
+        if (i != kNone) {
+            faces.push_back(FaceOf(places[i].cell, places[i].face));
+        }
+    }
     return faces;
 }
 
@@ -296,6 +308,9 @@ host_Moments host_Mesh::Moments(std::span<const int> cells) const {
     host_Point first{};
     host_Symmetric second{};
     for (const int cell : cells) {
+        if (IsSurface(Type(cell))) {
+            continue;
+        }
         const auto nodes = Nodes(cell);
         const host_Point d = Middle(cell) - origin;
         for (const FaceNodes& face : ShapeOf(Type(cell)).faces) {
@@ -350,12 +365,20 @@ double host_Mesh::Quality(int cell, host_QualityMeasure measure) const {
         return shortest > 0 ? longest / shortest : std::numeric_limits<double>::infinity();
     }
 
+    const bool isSurface = IsSurface(Type(cell));
+    host_Point normal{};
+    if (isSurface) {
+        const host_Point across = Cross(place(2) - place(0), place(shape.nodes - 1) - place(1));
+        if (const double length = Length(across); length > 0) {
+            Add(normal, across, 1 / length);
+        }
+    }
     double least = std::numeric_limits<double>::infinity();
     for (const Corner& corner : shape.corners) {
         const host_Point at = place(corner.at);
         const host_Point a = place(corner.to[0]) - at;
         const host_Point b = place(corner.to[1]) - at;
-        const host_Point c = place(corner.to[2]) - at;
+        const host_Point c = isSurface ? normal : place(corner.to[2]) - at;
         const double jacobian = Determinant(a, b, c) / shape.idealJacobian;
         double value = 0;
         if (measure == host_QualityMeasure::ScaledJacobian) {
@@ -367,7 +390,7 @@ double host_Mesh::Quality(int cell, host_QualityMeasure measure) const {
             for (std::size_t k = 0; k < 6; ++k) {
                 norm += (k < 3 ? 1 : 2) * gram[k] * shape.idealInverseGram[k];
             }
-            value = 3 * std::cbrt(jacobian * jacobian) / norm;
+            value = isSurface ? 2 * jacobian / norm : 3 * std::cbrt(jacobian * jacobian) / norm;
         }
         least = std::min(least, value);
     }

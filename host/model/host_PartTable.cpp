@@ -23,6 +23,14 @@ std::vector<int> host_Part::Cells(const cow_String& group) const {
     return found->second;
 }
 
+const std::shared_ptr<const host_Field>& host_Part::Field(const cow_String& field) const {
+    const auto found = fields.find(field);
+    if (found == fields.end()) {
+        omu_KeyErrorException(atr_String(field.View())).Throw(kSource, __LINE__);
+    }
+    return found->second;
+}
+
 host_PartTable& host_PartTable::Instance() {
     static host_PartTable table;
     return table;
@@ -30,6 +38,9 @@ host_PartTable& host_PartTable::Instance() {
 
 void host_PartTable::Add(host_Part part) {
     const cow_String name = part.name;
+    const host_Part* replaced = Look(name);
+    part.serial = ++_added;
+    part.lineage = replaced != nullptr ? replaced->lineage : part.serial;
     _removed.erase(name);
     _parts.insert_or_assign(name, std::move(part));
 }
@@ -44,6 +55,11 @@ host_Part& host_PartTable::Find(const cow_String& name) {
         omu_KeyErrorException(text).Throw(kSource, __LINE__);
     }
     return found->second;
+}
+
+const host_Part* host_PartTable::Look(const cow_String& name) const {
+    const auto found = _parts.find(name);
+    return found != _parts.end() ? &found->second : nullptr;
 }
 
 void host_PartTable::Remove(cow_String name) {

@@ -1,6 +1,9 @@
 #include "host_Notes.h"
 
+#include "g3d_ColorErrorException.h"
+#include "g3d_ColorMap.h"
 #include "host_PythonError.h"
+#include "omi_Singleton.h"
 #include "omu_ErrorExceptions.h"
 
 #include <algorithm>
@@ -168,6 +171,12 @@ void host_AddCommandNotes(PyObject* error, const nex_CommandException& cause,
         if (number->NestingStr().IsEmpty() && number->Expecting() >= number->Found()) {
             NoteMissing(error, command, positional, keywordNames);
         }
+    } else if (const auto* color = dynamic_cast<const g3d_ColorErrorException*>(&cause)) {
+        std::vector<std::string> names;
+        for (const cow_String& name : omi_Singleton<g3d_ColorMap>::Instance().Keys()) {
+            names.push_back(name.Std());
+        }
+        host_AddNearestNote(error, color->Value().View(), names);
     } else if (const host_Parameter* parameter = ParameterOf(cause, command, found)) {
         NoteParameter(error, *parameter, found);
     }

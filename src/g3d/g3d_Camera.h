@@ -42,9 +42,19 @@ public:
     [[nodiscard]] bool IsIdentical(const g3d_Camera& other) const noexcept;
 
     /// World to eye coordinates; the camera looks along -z. Rigid, unless in layer-transform mode.
-    [[nodiscard]] const g3d_XForm& ConstGetVOM() const noexcept;
+    [[nodiscard]] const g3d_XForm& ConstGetVOM() const noexcept {
+        if (_state.vomOutOfDate != 0 && !IsLayerXForm()) {
+            GenerateVOM();
+        }
+        return _vom;
+    }
     /// Eye to clip coordinates, for the part of the window that the viewport shows.
-    [[nodiscard]] const g3d_XForm& ConstGetPM() const noexcept;
+    [[nodiscard]] const g3d_XForm& ConstGetPM() const noexcept {
+        if (_state.pmOutOfDate != 0) {
+            GeneratePM();
+        }
+        return _pm;
+    }
 
     [[nodiscard]] const g3d_Point& Eye() const noexcept { return _state.eye; }
     [[nodiscard]] const g3d_Point& Target() const noexcept { return _state.target; }
@@ -209,6 +219,7 @@ private:
         void MoveTarget(const g3d_Triple& position) noexcept;
         void TurnUp(const g3d_Triple& direction) noexcept;
         [[nodiscard]] Frame ViewFrame() const noexcept;
+        [[nodiscard, gnu::noinline]] Frame DegenerateFrame() const noexcept;
 
         [[nodiscard]] double WindowMinimum() const noexcept;
         void LimitNearFar() noexcept;
@@ -236,6 +247,8 @@ private:
     static constexpr int kUserViews = g3d_VIEW_USER4 - g3d_VIEW_USER1 + 1;
 
     void Commit(const State& next) noexcept;
+    void StoreLocation(const g3d_Point& eye, const g3d_Point& target,
+                       const g3d_Vector& up) noexcept;
     void CommitLayer(const g3d_XForm& next) noexcept;
     void GenerateVOM() const noexcept;
     void GeneratePM() const noexcept;

@@ -44,8 +44,9 @@ public:
     /// The point that \p line and the triangle share, from either side, and its \p parameter: the
     /// point is origin + parameter * direction, so a negative one lies behind the origin.
     ///
-    /// Watertight: a line through an edge or vertex that triangles share hits exactly one of those
-    /// that surround it. A triangle seen edge-on is not hit.
+    /// Watertight: lines behave as if moved a hair off all edges and vertices, alike for all
+    /// triangles. One through a sheet hits it once, at a shared edge too; a closed surface is hit
+    /// an even number of times. A triangle seen edge-on is not hit, but for rounding.
     static bool LineTriIntersection(const g3d_Ray& line, const g3d_Point& a, const g3d_Point& b,
                                     const g3d_Point& c, g3d_Point& point,
                                     double* parameter = nullptr) noexcept;
@@ -80,8 +81,9 @@ public:
                                                 const g3d_Point& p1, const g3d_Point* boxMin,
                                                 const g3d_Point* boxMax, Polygon& points);
     /// Sets \p pieces to the parts of \p polyline in \p polygon, in order, joined at its inner
-    /// vertices. A single point is kept if inside. Answers as for a segment: REJECTED when every
-    /// segment is, INSIDE likewise, OUTSIDE when none is inside or cut. One segment after another.
+    /// vertices. Gaps of the outline, at its end or at vertices not finite, are closed. A single
+    /// point is kept if inside. Answers as for a segment: REJECTED when every segment is, INSIDE
+    /// likewise, OUTSIDE when none is inside or cut. One segment after another.
     static g3d_ClipResultEnum ClipPolylinePolygon2D(const Polygon& polygon, const Polygon& polyline,
                                                     const g3d_Point* boxMin,
                                                     const g3d_Point* boxMax,

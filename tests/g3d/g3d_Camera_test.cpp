@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -153,30 +154,23 @@ const Gesture kGestures[] = {
 };
 constexpr std::size_t kCount = std::size(kGestures);
 
-/// What takes no numbers; this one only chooses.
-void Switch(Camera& c, std::size_t choice, float number) {
-    switch (choice) {
-        case 0:
-            c.MakePerspective();
-            break;
-        case 1:
-            c.MakeParallel();
-            break;
-        case 2:
-            c.SetDollyMode(number > 0, std::abs(number) > 0.5F);
-            break;
-        case 3: {
-            const bool changes = (number > 0) != c.IsPerspective();
-            EXPECT_EQ(c.SetProjection(number > 0 ? g3d_PERSPECTIVE : g3d_PARALLEL), changes);
-            break;
-        }
-        default:
-            c.SetLayerXForm(true, nullptr);
-            c.Zoom(50 * number, false);
-            c.SetWindow(number, 2);
-            c.SetLayerXForm(false, nullptr);
-    }
-}
+/// What takes no numbers; these only choose.
+const Gesture kSwitches[] = {
+    [](Camera& c, g3d_Vector) { c.MakePerspective(); },
+    [](Camera& c, g3d_Vector) { c.MakeParallel(); },
+    [](Camera& c, g3d_Vector v) { c.SetDollyMode(v.x > 0, v.y > 0); },
+    [](Camera& c, g3d_Vector v) {
+        const bool changes = (v.x > 0) != c.IsPerspective();
+        EXPECT_EQ(c.SetProjection(v.x > 0 ? g3d_PERSPECTIVE : g3d_PARALLEL), changes);
+    },
+    [](Camera& c, g3d_Vector v) {
+        c.SetLayerXForm(true, nullptr);
+        c.Zoom(50 * v.x, false);
+        c.SetWindow(v.x, 2);
+        c.SetLayerXForm(false, nullptr);
+    },
+};
+constexpr std::size_t kSwitchCount = std::size(kSwitches);
 
 TEST(g3d_Camera, NeverShowsAStaleMatrix) {
     std::mt19937 random(20260711);
@@ -187,21 +181,22 @@ TEST(g3d_Camera, NeverShowsAStaleMatrix) {
         // Read at random, so that either matrix is up to date or not when the next change comes.
         static_cast<void>(random() % 2 == 0 ? &camera.ConstGetVOM() : nullptr);
         static_cast<void>(random() % 2 == 0 ? &camera.ConstGetPM() : nullptr);
-        const std::size_t choice = random() % (kCount + 7);
+        const std::size_t choice = random() % (kCount + kSwitchCount + 2);
         const g3d_Vector v(number(random), number(random), number(random));
         if (choice < kCount) {
             kGestures[choice](camera, v);
-        } else if (choice < kCount + 5) {
-            Switch(camera, choice - kCount, v.x);
+        } else if (choice < kCount + kSwitchCount) {
+            kSwitches[choice - kCount](camera, v);
         } else {
             std::swap(camera, other);
         }
         // Far walks would only measure rounding.
+        const Real sizes[] = {Length(Of(camera.Eye()) - Of(camera.Target())), camera.Near(),
+                              camera.WindowWidth(), camera.WindowHeight()};
         const auto isFar = [](Real size) { return size > 30 || size < 0.1L; };
-        if (isFar(Length(Of(camera.Eye()) - Of(camera.Target()))) || isFar(camera.Near()) ||
-            camera.Far() < 1.5F * camera.Near() || isFar(camera.WindowWidth()) ||
-            isFar(camera.WindowHeight()) || Length(Of(camera.Target())) > 30 ||
-            Length({camera.ViewOffsetX(), camera.ViewOffsetY(), 0}) > 10) {
+        if (std::any_of(std::begin(sizes), std::end(sizes), isFar) ||
+            camera.Far() < 1.5F * camera.Near() || Length(Of(camera.Target())) > 30 ||
+            std::hypot(camera.ViewOffsetX(), camera.ViewOffsetY()) > 10) {
             camera = Camera();
         }
         const Camera copy = camera;
@@ -242,6 +237,8 @@ TEST(g3d_Camera, IsLeftAloneByNumbersThatAreNone) {
 TEST(g3d_Camera, CorrectsALocation) {
     const float tiny = 1e-44F;
     const g3d_Vector skew(-0.5F, 5.3F, -0.4F);
+    const g3d_Point far(skew.x, skew.y, skew.z);
+    const g3d_Point near(-5e-10F, 5.3e-9F, -4e-10F);
     const struct {
         g3d_Point eye, target;
         g3d_Vector up;
@@ -257,11 +254,7 @@ TEST(g3d_Camera, CorrectsALocation) {
         {{0, 9, 0}, {}, {0, -2, 0}, {0, 9, 0}, kY},
         {{}, {}, {}, {}, {0, 0, 1}},
         {{0.3F, 0.7F, 0.2F}, {}, {0.9F, 2.1F, 0.6F}, {0.3F, 0.7F, 0.2F}, {0.9F, 2.1F, 0.6F}},
-        {g3d_Point(-0.5F, 5.3F, -0.4F),
-         g3d_Point(-5e-10F, 5.3e-9F, -4e-10F),
-         skew,
-         {-0.5F, 5.3F, -0.4F},
-         skew},
+        {far, near, skew, far, skew},
         {{2e8F, 1e-7F, 0}, {}, {1, 0, 0}, {2e8F, 1e-7F, 0}, {1, 0, 0}},
         {{tiny, 0, 0}, {}, {tiny, tiny, 0}, {tiny, 0, 0}, {tiny, tiny, 0}},
     };
@@ -274,6 +267,8 @@ TEST(g3d_Camera, CorrectsALocation) {
         ExpectNear(Cross(row(0), row(1)), row(2), 1e-6);
         ExpectNear({Length(row(0)), Length(row(1)), Length(row(2))}, {1, 1, 1}, 1e-6);
     }
+    // The least that up has across the sight decides.
+    EXPECT_EQ(At({1, 0, 0}, {}, {1, 0, 1e-20F}).ConstGetVOM().GetM(0, 1), 1);
     EXPECT_EQ(At({4, 0, 8, 2}, {2, 0, 0, 2}).ConstGetVOM(), At({2, 0, 4}, {1, 0, 0}).ConstGetVOM());
 }
 
@@ -441,6 +436,14 @@ TEST(g3d_Camera, Rotates) {
     start.Rotate(180, kY, g3d_Point(2, 0, 2, 2));
     ExpectNear(Of(start.Eye()), {0, 0, 2}, 1e-6);
     ExpectNear(Of(start.Target()), {2, 0, 2}, 1e-6);
+    // Points keep their weight, and of weight 0 they are directions; but a fit takes new ones.
+    start = At({4, 0, 0, 2}, {1, 0, 0, 0});
+    start.Rotate(180, kY, g3d_Point(1, 0, 1));
+    ExpectNear(Of(start.Eye()), {0, 0, 2}, 1e-6);
+    ExpectNear(Of(start.Target()), {-1, 0, 0}, 1e-6);
+    EXPECT_TRUE(start.Eye().w == 2 && start.Target().w == 0);
+    start.Fit(g3d_Sphere(g3d_Point(1, 2, 3), 2));
+    EXPECT_TRUE(start.Target() == g3d_Point(1, 2, 3) && start.Eye().w == 1);
 }
 
 TEST(g3d_Camera, TurnsOneVectorOntoAnother) {

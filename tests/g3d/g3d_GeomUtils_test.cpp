@@ -34,6 +34,7 @@ TEST(GeomUtils, ComparesPointsWithinTolerances) {
     EXPECT_TRUE(Utils::PointInPlane(plane, {5, 6, 1.5F}, 0.5));
     EXPECT_FALSE(Utils::PointInPlane(plane, {5, 6, 1.5F}, 0.4999));
     EXPECT_FALSE(Utils::PointInPlane({{0, 0, 1}, {0, 0, 0}}, {0, 0, 1}, 1));
+    EXPECT_FALSE(Utils::PointInPlane({{0, 0, 1}, {kInf, 0, 0}}, {1, 0, 1}, 1));
 }
 
 TEST(GeomUtils, MeetsLinesWithPlanesPointsAndLines) {
@@ -266,6 +267,14 @@ TEST(GeomUtils, ManagesAMillionVertices) {
         }
     }
     EXPECT_EQ(Utils::IntersectPolygonPolygon2D(spikes, spikesBetween), 3);
+    Polygon scribble, scribbleBeside;  // long edges in all directions
+    std::mt19937 random(8);
+    std::uniform_real_distribution<float> unit(0, 1);
+    for (int i = 0; i < million; ++i) {
+        scribble.Append({unit(random), unit(random), 0});
+        scribbleBeside.Append({unit(random) + 1.001F, unit(random), 0});
+    }
+    EXPECT_EQ(Utils::IntersectPolygonPolygon2D(scribble, scribbleBeside), 3);
 
     comb.Append({million, 5, 0});
     comb.Append({0, 5, 0});
@@ -322,6 +331,9 @@ TEST(GeomUtils, ClipsAPolylineToItsPartsInside) {
     EXPECT_EQ(clip(kClosedSquare, {{1.5F, 0.5F, 7}}), 3);
     EXPECT_TRUE(pieces.IsEmpty());
     EXPECT_EQ(clip(kClosedSquare, {}), 3);
+    const Polygon openSquare{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
+    EXPECT_EQ(clip(openSquare, {{0.5F, 0.5F, 0}, {-0.5F, 0.5F, 4}}), 1);
+    EXPECT_EQ(pieces, cow_1DArrayList<Polygon>{Polygon({{0.5F, 0.5F, 0}, {0, 0.5F, 2}})});
     // Random stars: places on the polyline are in a piece exactly when in the polygon.
     std::uniform_real_distribution<float> unit(-1, 1);
     for (int round = 0; round < 300; ++round) {
@@ -329,7 +341,9 @@ TEST(GeomUtils, ClipsAPolylineToItsPartsInside) {
         for (int i = 0; i < 7; ++i) {
             polygon.Append({unit(random), unit(random), 0});
         }
-        polygon.Append(g3d_Point(polygon[0]));
+        if (round % 2 == 0) {  // else the closing edge cuts all the same
+            polygon.Append(g3d_Point(polygon[0]));
+        }
         for (int i = 0; i < 4; ++i) {  // z runs along the polyline, so that places can be found
             line.Append({unit(random), unit(random), static_cast<float>(i)});
         }

@@ -3,6 +3,7 @@
 #include "UTI_CaeUtils.h"
 #include "host_Command.h"
 #include "host_PartTable.h"
+#include "host_ViewCommands.h"
 #include "omu_PrimArray.h"
 #include "omu_PrimList.h"
 #include "omu_PrimString.h"
@@ -61,6 +62,16 @@ omu_PrimArray Points(std::vector<double> coordinates) {
 omu_PrimArray Cells(std::vector<int> nodes, int size) {
     const int count = static_cast<int>(nodes.size()) / size;
     return {std::move(nodes), {count, size}};
+}
+
+/// Cells of a named type, as commands take them: ((TYPE, array),).
+omu_PrimTuple Typed(const char* type, std::vector<int> nodes, int size) {
+    omu_PrimTuple block(2, '(');
+    block.Put(omu_PrimEnumBase(cow_String(type)));
+    block.Put(Cells(std::move(nodes), size));
+    omu_PrimTuple blocks(1, '(');
+    blocks.Put(block);
+    return blocks;
 }
 
 /// A unit cube: one cell, or its cut into pyramids, wedges or tetrahedra.
@@ -205,12 +216,14 @@ TEST_F(host_MeshCommands, QualityHasHandValues) {
                                      0, 0, 2, 1, 0, 2, 1, 1, 2, 0, 1, 2};
     const std::vector<double> wedge = {0, 0, 0, 1, 0, 0, .5, h, 0, 0, 0, 1, 1, 0, 1, .5, h, 1};
     const std::vector<double> pyramid = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, .5, .5, std::sqrt(.5)};
+    const std::vector<double> arrow = {-2, -2, 0, 0, 0, 0, 2, -2, 0, 0, 2, 0};
     const double root2 = std::sqrt(2.0);
     const struct {
         const char* what;
         const std::vector<double>& points;
         std::vector<int> nodes;
         double scaledJacobian, meanRatio, edgeRatio;
+        const char* type = nullptr;  // where the number of nodes does not decide
     } rows[] = {
         {"ideal tetrahedron", ideal, {0, 1, 2, 3}, 1, 1, 1},
         // Mean ratio 12 (3 V)^(2/3) / sum of squared edges, V = 1/6.
@@ -220,10 +233,24 @@ TEST_F(host_MeshCommands, QualityHasHandValues) {
         {"ideal wedge", wedge, {0, 1, 2, 3, 4, 5}, 1, 1, 1},
         {"ideal pyramid", pyramid, {0, 1, 2, 3, 4}, 1, 1, 1},
         {"collapsed", box, {0, 0, 2, 3, 4, 4, 6, 7}, 0, 0, HUGE_VAL},
+        {"ideal triangle", ideal, {0, 1, 2}, 1, 1, 1},
+        {"turned over", ideal, {1, 0, 2}, 1, 1, 1},
+        // Mean ratio 4 sqrt(3) A / sum of squared edges; the least corner has 45 degrees.
+        {"half a square", cut, {0, 1, 2}, std::sqrt(2.0 / 3), h, root2},
+        {"point and line", box, {0, 4, 0}, 0, 0, HUGE_VAL},
+        {"square", box, {0, 1, 2, 3}, 1, 1, 1, "QUAD4"},
+        {"rectangle", box, {0, 1, 5, 4}, 1, 0.8, 2, "QUAD4"},
+        // The reentrant corner has a right angle, seen from outside.
+        {"arrow", arrow, {0, 1, 2, 3}, -1, 0, std::sqrt(2.5), "QUAD4"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        Run("part", "cell", Points(row.points), Cells(row.nodes, int(row.nodes.size())));
+        const int size = int(row.nodes.size());
+        if (row.type != nullptr) {
+            Run("part", "cell", Points(row.points), Typed(row.type, row.nodes, size));
+        } else {
+            Run("part", "cell", Points(row.points), Cells(row.nodes, size));
+        }
         const double expected[] = {row.scaledJacobian, row.meanRatio, row.edgeRatio};
         int i = 0;
         for (const char* measure : {"SCALED_JACOBIAN", "MEAN_RATIO", "EDGE_RATIO"}) {
@@ -240,6 +267,91 @@ TEST_F(host_MeshCommands, QualityHasHandValues) {
             ++i;
         }
     }
+}
+
+TEST_F(host_MeshCommands, SurfaceCellsAreFacesOfTheirOwn) {
+    const std::vector<double> row = {0, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 1, 0, 0, 1, 1, 0,
+                                     1, 1, 1, 1, 0, 1, 2, 0, 0, 2, 1, 0, 2, 1, 1, 2, 0, 1};
+    const std::vector<int> hexes = {0, 1, 2, 3, 4, 5, 6, 7, 4, 5, 6, 7, 8, 9, 10, 11};
+    const struct {
+        const char* what;
+        const char* type;
+        std::vector<int> nodes;
+        double area;
+    } rows[] = {
+        {"on an outer face, turned round", "QUAD4", {3, 2, 1, 0}, 10},
+        {"the same twice", "QUAD4", {3, 2, 1, 0, 0, 1, 2, 3}, 10},
+        {"between two solids", "QUAD4", {4, 5, 6, 7}, 11},
+        {"through a solid", "TRI3", {0, 2, 5}, 10 + std::sqrt(3.0) / 2},
+    };
+    for (const auto& [what, type, nodes, area] : rows) {
+        for (const bool isFirst : {true, false}) {
+            SCOPED_TRACE(std::string(what) + (isFirst ? " first" : " last"));
+            omu_PrimTuple cells = Typed("HEX8", hexes, 8);
+            omu_PrimTuple skin = Typed(type, nodes, type[0] == 'T' ? 3 : 4);
+            const std::unique_ptr<omu_PrimSequence> both(isFirst ? skin.Concat(&cells)
+                                                                 : cells.Concat(&skin));
+            Run("part", "row", Points(row), dynamic_cast<const omu_PrimTuple&>(*both));
+            EXPECT_NEAR(Number("surfaceArea", "row"), area, 1e-14);
+            EXPECT_NEAR(Number("volume", "row"), 2, 1e-14);
+        }
+    }
+    Run("part", "shell", Points(kCube), Typed("QUAD4", {0, 3, 2, 1, 4, 5, 6, 7}, 4));
+    const std::string refused = "all these cells are surface cells, which have no volume";
+    for (const char* command : {"volume", "massProperties"}) {
+        EXPECT_EQ(test_Message<omu_ValueErrorException>([&] { Run(command, "shell"); }), refused);
+    }
+    testing::internal::CaptureStdout();
+    Run("report", "shell");
+    const std::string report = testing::internal::GetCapturedStdout();
+    EXPECT_NE(report.find("2 (2 QUAD4)"), std::string::npos);
+    EXPECT_NE(report.find("surface area      2\n  volume            none"), std::string::npos);
+    EXPECT_EQ(report.find("inertia"), std::string::npos);
+    // A part without cells has no surface, and its volume is 0.
+    Run("part", "dust", Points({1, 2, 3}), omu_PrimTuple('('));
+    EXPECT_EQ(Number("surfaceArea", "dust"), 0);
+    EXPECT_EQ(Number("volume", "dust"), 0);
+}
+
+TEST_F(host_MeshCommands, FieldsFitTheirPart) {
+    Run("part", "wedges", Points(kCube), Cuts().at("WEDGE6"));  // 9 points, 2 cells
+    const auto refused = [&](const omu_Primitive& values, const char* position) {
+        omu_Arguments args;
+        args.Put(values.Copy(), "values");
+        args.Put(omu_PrimEnumBase(cow_String(position)), "position");
+        return test_Message<omu_ValueErrorException>([&] { Run("field", args, "wedges", "f"); });
+    };
+    const std::string good = "nothing was raised";
+    std::vector<double> nine(9, NAN);
+    nine[0] = HUGE_VAL;
+    omu_PrimTuple numbers(2, '(');
+    numbers.Put(1);
+    numbers.Put(2.5);
+    EXPECT_EQ(refused(omu_PrimArray(nine), "NODES"), good);
+    EXPECT_EQ(refused(omu_PrimArray(nine, {9, 1}), "NODES"), good);
+    EXPECT_EQ(refused(omu_PrimArray(std::vector<int>(27), {9, 3}), "NODES"), good);
+    EXPECT_EQ(refused(omu_PrimArray(std::vector<float>(2)), "CELLS"), good);
+    EXPECT_EQ(refused(numbers, "CELLS"), good);
+    EXPECT_EQ(refused(omu_PrimArray(nine), "CELLS"),
+              "values is an array of shape [9]; for the 2 cells of this part [2] or [2, 3] was "
+              "expected");
+    EXPECT_EQ(refused(omu_PrimArray(std::vector<double>(18), {9, 2}), "NODES"),
+              "values is an array of shape [9, 2]; for the 9 points of this part [9] or [9, 3] was "
+              "expected");
+    EXPECT_NE(refused(omu_PrimTuple('('), "NODES"), good);
+    omu_PrimTuple mixed(2, '(');
+    mixed.Put(1);
+    mixed.Put("x");
+    omu_Arguments args;
+    args.Put(mixed, "values");
+    EXPECT_EQ(test_Message<nex_CommandException>([&] { Run("field", args, "wedges", "f"); }),
+              "values[1]; found string, expecting float");
+    // The field is still the one that was accepted last.
+    testing::internal::CaptureStdout();
+    Run("report", "wedges");
+    EXPECT_NE(testing::internal::GetCapturedStdout().find(
+                  "    f                 CELLS numbers, 1 to 2.5\n"),
+              std::string::npos);
 }
 
 /// Three cubes in a row along x, the last one cut into wedges, as nested sequences.
@@ -338,8 +450,8 @@ TEST_F(host_Row, ErrorsSayWhatIsWrong) {
               "points is an array of shape [2, 2]; [n, 3] was expected");
     EXPECT_EQ(raised(value, "part", "p", Points({0, 0, 0, 0, NAN, 0}), Cells({}, 4)),
               "points[1] is not finite");
-    EXPECT_EQ(raised(value, "part", "p", Points(kCube), Cells({0, 1, 2}, 3)),
-              "no cell has 3 nodes; 4, 5, 6 and 8 are known");
+    EXPECT_EQ(raised(value, "part", "p", Points(kCube), Cells({0, 1}, 2)),
+              "no cell has 2 nodes; 3, 4, 5, 6 and 8 are known");
     omu_PrimTuple cell(4, '(');
     cell.Put(0);
     cell.Put(1);
@@ -373,6 +485,7 @@ TEST_F(host_MeshCommands, RepairedNamesAreLegal) {
 }
 
 TEST_F(host_MeshCommands, EveryParameterIsDocumentedAndOptionalOnesComeLast) {
+    host_RegisterViewCommands(_table);
     for (const host_Command& command : _table.All()) {
         SCOPED_TRACE(command.name);
         EXPECT_FALSE(command.help.empty());

@@ -18,9 +18,20 @@ constexpr double kSmallestResize = 1e-4;
 constexpr float kSmallestFitDistance = 3.3F;
 constexpr double kLayerReferenceSize = 1;
 
-/// An element of an extreme view's matrix: no infinity may leave it.
-float Saturated(double element) noexcept {
-    return static_cast<float>(std::clamp(element, -kLargestFloat, kLargestFloat));
+/// Moves \p point, which keeps its weight. Returns what rounding took from it.
+g3d_Vector Place(g3d_Point& point, const g3d_Triple& position) noexcept {
+    const double weight = point.w == 0 ? 1 : point.w;
+    const g3d_Vector scaled = Rounded(position * weight);
+    point = g3d_Point(scaled.x, scaled.y, scaled.z, point.w);
+    return Rounded(position - g3d_Triple(point));
+}
+
+/// No infinity may leave the matrices of an extreme view.
+void Saturate(g3d_XForm& xform) noexcept {
+    for (int i = 0; i < 16; ++i) {
+        float& element = xform.M(i / 4, i % 4);
+        element = static_cast<float>(std::clamp<double>(element, -kLargestFloat, kLargestFloat));
+    }
 }
 
 }  // namespace
@@ -60,20 +71,40 @@ g3d_Triple g3d_Camera::State::ExactUp() const noexcept {
 }
 
 void g3d_Camera::State::MoveEye(const g3d_Triple& position) noexcept {
-    const g3d_Vector rounded = Rounded(position);
-    eye = g3d_Point(rounded.x, rounded.y, rounded.z, eye.w == 0 ? 0.0F : 1.0F);
-    eyeRest = Rounded(position - g3d_Triple(rounded));
+    eyeRest = Place(eye, position);
 }
 
 void g3d_Camera::State::MoveTarget(const g3d_Triple& position) noexcept {
-    const g3d_Vector rounded = Rounded(position);
-    target = g3d_Point(rounded.x, rounded.y, rounded.z, target.w == 0 ? 0.0F : 1.0F);
-    targetRest = Rounded(position - g3d_Triple(rounded));
+    targetRest = Place(target, position);
 }
 
 void g3d_Camera::State::TurnUp(const g3d_Triple& direction) noexcept {
     up = Rounded(direction);
     upRest = Rounded(direction - g3d_Triple(up));
+}
+
+/// Up is within a millionth of the line of sight, where rounding would tilt x out of square, or
+/// says nothing at all; or the eye is at the target.
+g3d_Camera::Frame g3d_Camera::State::DegenerateFrame() const noexcept {
+    g3d_Triple sight = g3d_Triple(eye) - g3d_Triple(target);
+    const double distance = sight.Length();
+    if (distance == 0) {
+        sight = g3d_Triple(0, 0, 1);
+    }
+    const g3d_Triple z = sight * (1 / sight.Length());
+    const g3d_Triple upward(up);
+    g3d_Triple across = upward.Cross(sight);
+    // Each of its terms is rounded: less than that, of what they were, is no direction.
+    const double terms = g3d_Triple(std::hypot(upward.y * sight.z, upward.z * sight.y),
+                                    std::hypot(upward.z * sight.x, upward.x * sight.z),
+                                    std::hypot(upward.x * sight.y, upward.y * sight.x))
+                             .Length();
+    if (!(across.Length() > 1e-14 * terms)) {
+        across = (std::abs(z.y) < 0.9 ? g3d_Triple(0, 1, 0) : g3d_Triple(0, 0, 1)).Cross(z);
+    }
+    across = Across(across * (1 / across.Length()), z);
+    const g3d_Triple x = across * (1 / across.Length());
+    return {x, z.Cross(x), z, distance};
 }
 
 double g3d_Camera::State::WindowMinimum() const noexcept {
@@ -220,37 +251,29 @@ void g3d_Camera::Commit(const State& next) noexcept {
 
 // The matrices.
 
-const g3d_XForm& g3d_Camera::ConstGetVOM() const noexcept {
-    if (_state.vomOutOfDate != 0 && !IsLayerXForm()) {
-        GenerateVOM();
-    }
-    return _vom;
-}
-
-const g3d_XForm& g3d_Camera::ConstGetPM() const noexcept {
-    if (_state.pmOutOfDate != 0) {
-        GeneratePM();
-    }
-    return _pm;
-}
-
-void g3d_Camera::GenerateVOM() const noexcept {
+// Flattened: a frame handed over in memory would be waited for.
+[[gnu::flatten]] void g3d_Camera::GenerateVOM() const noexcept {
     const Frame frame = _state.ViewFrame();
-    const g3d_Triple eye(_state.eye);
+    const g3d_Triple toEye = g3d_Triple(_state.eye) * -1;
     const auto setRow = [&](int i, const g3d_Triple& axis) {
         const auto x = static_cast<float>(axis.x);
         const auto y = static_cast<float>(axis.y);
         const auto z = static_cast<float>(axis.z);
+        const auto shift = static_cast<float>(g3d_Triple(x, y, z).Dot(toEye));
         _vom.M(i, 0) = x;
         _vom.M(i, 1) = y;
         _vom.M(i, 2) = z;
-        _vom.M(i, 3) = Saturated(-g3d_Triple(x, y, z).Dot(eye));
+        _vom.M(i, 3) = shift;
         _vom.M(3, i) = 0;
+        return shift;
     };
-    setRow(0, frame.x);
-    setRow(1, frame.y);
-    setRow(2, frame.z);
+    const float x = setRow(0, frame.x);
+    const float y = setRow(1, frame.y);
+    const float z = setRow(2, frame.z);
     _vom.M(3, 3) = 1;
+    if (!std::isfinite(x + y + z)) {  // or only nearly infinite, which saturation leaves alone
+        Saturate(_vom);
+    }
     _state.vomOutOfDate = 0;
 }
 
@@ -265,10 +288,10 @@ void g3d_Camera::GeneratePM() const noexcept {
     } else {
         _pm.SetOrthographicProjection(left, right, top, bottom, s.nearDistance, s.farDistance);
     }
-    for (int i = 0; i < 3; ++i) {
-        _pm.M(i, i) = Saturated(_pm.M(i, i));
-        _pm.M(i, 2) = Saturated(_pm.M(i, 2));
-        _pm.M(i, 3) = Saturated(_pm.M(i, 3));
+    const auto m = [this](int i, int j) { return _pm.GetM(i, j); };
+    if (!std::isfinite(m(0, 0) + m(0, 2) + m(0, 3) + m(1, 1) + m(1, 2) + m(1, 3) + m(2, 2) +
+                       m(2, 3))) {
+        Saturate(_pm);
     }
     s.pmOutOfDate = 0;
 }
@@ -371,6 +394,17 @@ void g3d_Camera::SetNearFar(float nearDistance, float farDistance) noexcept {
 
 void g3d_Camera::SetLocation(const g3d_Point& eye, const g3d_Point& target,
                              const g3d_Vector& up) noexcept {
+    if (eye.w == 1 && target.w == 1) {
+        // Finite and not zero: so are all three then, and nothing wants correction.
+        const g3d_Triple sight(double{eye.x} - target.x, double{eye.y} - target.y,
+                               double{eye.z} - target.z);
+        const double area = g3d_Triple(up).Cross(sight).Squared();
+        if (area > 0 && area <= std::numeric_limits<double>::max()) {
+            StoreLocation(eye, target, up);
+            return;
+        }
+    }
+
     g3d_Point newEye = eye;
     if (eye == target) {
         newEye.z = static_cast<float>(eye.z * 1.1);
@@ -378,21 +412,26 @@ void g3d_Camera::SetLocation(const g3d_Point& eye, const g3d_Point& target,
     if (!IsFinite(newEye) || !IsFinite(target) || !IsFinite(up)) {
         return;
     }
-    const g3d_Point newTarget = target;  // may be one of ours
     g3d_Vector newUp = up == g3d_Vector() ? g3d_Vector(0, 1, 0) : up;
     const g3d_Triple sight = g3d_Triple(newEye) - g3d_Triple(target);
-    const g3d_Triple across = g3d_Triple(newUp).Cross(sight);
-    if (across.x == 0 && across.y == 0 && across.z == 0) {
+    if (g3d_Triple(newUp).Cross(sight).Squared() == 0) {
         newUp = newUp.y > newUp.z ? g3d_Vector(0, 0, 1) : g3d_Vector(0, 1, 0);
     }
-    _state.target = newTarget;
+    StoreLocation(newEye, target, newUp);
+}
+
+/// The arguments may be our own, each in its place or in another's.
+inline void g3d_Camera::StoreLocation(const g3d_Point& eye, const g3d_Point& target,
+                                      const g3d_Vector& up) noexcept {
+    const g3d_Point newEye = eye;
+    _state.target = target;
     _state.targetRest = g3d_Vector();
     if (IsLayerXForm()) {
         return;
     }
     _state.eye = newEye;
+    _state.up = up;
     _state.eyeRest = g3d_Vector();
-    _state.up = newUp;
     _state.upRest = g3d_Vector();
     _state.vomOutOfDate = 1;
     if (_state.viewOffsetX != 0 || _state.viewOffsetY != 0) {
@@ -436,7 +475,8 @@ void g3d_Camera::SetLayerXForm(bool on, const g3d_XForm* matrix) noexcept {
     if (on && !IsLayerXForm()) {
         next.MakeParallel();
         next.CorrectAspect(1, 0, 1, 0, 1);
-        next.MoveTarget(next.ExactTarget());  // of weight 1
+        next.target = next.target.Cartesian();
+        next.targetRest = g3d_Vector();
         if (!next.IsFinite()) {
             return;
         }

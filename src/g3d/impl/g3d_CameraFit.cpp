@@ -46,7 +46,9 @@ bool g3d_Camera::State::FitSphere(const g3d_Triple& direction, const g3d_Sphere&
     const double distance = fitDistance;
     viewOffsetX = 0;
     viewOffsetY = 0;
-    MoveTarget(g3d_Triple(sphere.Center()));
+    target = sphere.Center();
+    targetRest = g3d_Vector();
+    eye = g3d_Point();  // of weight 1
     MoveEye(g3d_Triple(sphere.Center()) + direction * (radius * distance));
     nearDistance = static_cast<float>((distance - 2) * radius);
     farDistance = static_cast<float>((distance + 2) * radius);

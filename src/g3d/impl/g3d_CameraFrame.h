@@ -6,16 +6,20 @@
 #include "g3d_Triple.h"
 
 #include <cmath>
+#include <concepts>
+#include <numeric>
 
 namespace g3d_camera {
 
 inline constexpr double kDegrees = 57.29577951308232;  // in a radian
 inline constexpr double kRadians = 0.017453292519943295;
+inline constexpr double kSmallestSquaredSine = 1e-12;  // of up against the sight, unless degenerate
 inline constexpr double kLargestWindow = 3.4028234671899496e31;
 
-template <class... Numbers>
-[[nodiscard]] bool AllFinite(Numbers... numbers) noexcept {
-    return (std::isfinite(numbers) && ...);
+/// In one test: sums of floats never overflow a double, and an infinity or a NaN never leaves them.
+template <std::same_as<float>... Floats>
+[[nodiscard]] bool AllFinite(Floats... numbers) noexcept {
+    return std::isfinite((static_cast<double>(numbers) + ...));
 }
 
 [[nodiscard]] inline bool IsFinite(const g3d_Point& p) noexcept {
@@ -27,12 +31,8 @@ template <class... Numbers>
 }
 
 [[nodiscard]] inline bool IsFinite(const g3d_XForm& xform) noexcept {
-    for (int i = 0; i < 16; ++i) {
-        if (!std::isfinite(xform.Data()[i])) {
-            return false;
-        }
-    }
-    return true;
+    const float* const m = xform.Data();
+    return std::isfinite(std::accumulate(m, m + 16, 0.0));
 }
 
 [[nodiscard]] inline g3d_Vector Rounded(const g3d_Triple& v) noexcept {
@@ -59,32 +59,19 @@ struct g3d_Camera::Frame {
     }
 };
 
-// Here for all sources of the camera to inline.
+// Here for all sources of the camera to inline. Both lengths come from unnormalised vectors: the
+// processor overlaps their roots.
 inline g3d_Camera::Frame g3d_Camera::State::ViewFrame() const noexcept {
-    g3d_Triple sight = g3d_Triple(eye) - g3d_Triple(target);
-    const double distance = sight.Length();
-    double length = distance;
-    if (distance == 0) {
-        sight = g3d_Triple(0, 0, 1);
-        length = 1;
-    }
+    const g3d_Triple sight = g3d_Triple(eye) - g3d_Triple(target);
     const g3d_Triple upward(up);
-    g3d_Triple across = upward.Cross(sight);
-    // Both lengths from unnormalised vectors: the processor overlaps their roots.
-    const double area = across.Length();
-    const g3d_Triple z = sight * (1 / length);
-    const double product = upward.Squared() * (length * length);
-    if (across.Squared() > 1e-12 * product) {
-        const g3d_Triple x = across * (1 / area);
-        return {x, z.Cross(x), z, distance};
+    const g3d_Triple across = upward.Cross(sight);
+    const double area = across.Squared();
+    const double squared = sight.Squared();
+    if (!(area > g3d_camera::kSmallestSquaredSine * (upward.Squared() * squared))) {
+        return DegenerateFrame();
     }
-
-    // Up is within a millionth of the line of sight: rounding would tilt x out of square, and up
-    // may say nothing at all.
-    if (!(across.Squared() > 1e-28 * product)) {
-        across = (std::abs(z.y) < 0.9 ? g3d_Triple(0, 1, 0) : g3d_Triple(0, 0, 1)).Cross(z);
-    }
-    across = g3d_camera::Across(across * (1 / across.Length()), z);
-    const g3d_Triple x = across * (1 / across.Length());
-    return {x, z.Cross(x), z, distance};
+    const double distance = std::sqrt(squared);
+    const double toUnitX = 1 / std::sqrt(area);
+    const double toUnitZ = 1 / distance;
+    return {across * toUnitX, (sight * toUnitZ).Cross(across * toUnitX), sight * toUnitZ, distance};
 }

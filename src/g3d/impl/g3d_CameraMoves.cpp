@@ -135,11 +135,15 @@ void g3d_Camera::State::Rotate(double angle, const g3d_Triple& axis, const g3d_T
     const auto turned = [&](const g3d_Triple& v) {
         return v * c + unit.Cross(v) * s + unit * (unit.Dot(v) * (1 - c));
     };
+    // A point of weight 0 is a direction: what moves the centre to the origin does not move it.
+    const auto carried = [&](const g3d_Triple& place, float weight) {
+        return weight == 0 ? turned(place) : centre + turned(place - centre);
+    };
     if (carryEye) {
-        MoveEye(centre + turned(ExactEye() - centre));
+        MoveEye(carried(ExactEye(), eye.w));
     }
     if (carryTarget) {
-        MoveTarget(centre + turned(ExactTarget() - centre));
+        MoveTarget(carried(ExactTarget(), target.w));
     }
     TurnUp(turned(ExactUp()));
 }
@@ -271,17 +275,18 @@ void g3d_Camera::Turn(double angle, const g3d_Triple& axis, const g3d_Point* cen
     if (std::abs(angle) <= kSmallestAngle) {
         return;
     }
-    const g3d_Triple own = aboutEye ? _state.ExactEye() : _state.ExactTarget();
-    const g3d_Triple about = centre != nullptr ? g3d_Triple(*centre) : own;
     if (IsLayerXForm()) {
-        const double length = axis.Length();
+        const g3d_Triple about(centre != nullptr ? *centre
+                                                 : (aboutEye ? _state.eye : _state.target));
         g3d_XForm next = _vom;
         next.Translate(about.x, about.y, about.z);
-        next.Rotate(-angle, length > 0 ? Rounded(axis * (1 / length)) : g3d_Vector());
+        next.Rotate(-angle, Rounded(axis));
         next.Translate(-about.x, -about.y, -about.z);
         CommitLayer(next);
         return;
     }
+    const g3d_Triple own = aboutEye ? _state.ExactEye() : _state.ExactTarget();
+    const g3d_Triple about = centre != nullptr ? g3d_Triple(*centre) : own;
     State next = _state;
     next.Rotate(angle, axis, about, centre != nullptr || !aboutEye, centre != nullptr || aboutEye);
     Commit(next);
@@ -314,5 +319,5 @@ void g3d_Camera::Turn(const g3d_Vector& from, const g3d_Vector& to, const g3d_Po
         const bool xIsFarther = std::abs(start.Dot(frame.x)) <= std::abs(start.Dot(frame.y));
         pole = Across(xIsFarther ? frame.x : frame.y, start);
     }
-    Turn(180, pole, centre, aboutEye);
+    Turn(180, pole * (1 / pole.Length()), centre, aboutEye);
 }

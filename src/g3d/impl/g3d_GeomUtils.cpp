@@ -113,9 +113,10 @@ bool g3d_GeomUtils::PointsCollinear(const g3d_Point& a, const g3d_Point& b,
 bool g3d_GeomUtils::PointInPlane(const g3d_Plane& plane, const g3d_Point& point,
                                  double tolerance) noexcept {
     const g3d_Triple normal(plane.GetNormal());
-    const double length = normal.Length();
     const g3d_Triple offset = g3d_Triple(point) - g3d_Triple(plane.GetPoint());
-    return length > 0 && std::abs(offset.Dot(normal)) <= tolerance * length;
+    // Not finite when the normal has no length, or is not finite itself.
+    const double distance = std::abs(offset.Dot(normal)) / normal.Length();
+    return std::isfinite(distance) && distance <= tolerance;
 }
 
 bool g3d_GeomUtils::LinePlaneIntersection(const g3d_Ray& line, const g3d_Plane& plane,

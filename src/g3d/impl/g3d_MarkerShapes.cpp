@@ -79,6 +79,8 @@ void DrawCircle(const Canvas& canvas) noexcept {
     constexpr double kTwoPi = 6.283185307179586;
     const int radius = canvas.side / 2;
     const double step = radius > 0 ? 1.0 / radius : kTwoPi;
+    // The symbol is made of these steps, summed up as they are; its golden pictures depend on them.
+    // NOLINTNEXTLINE(clang-analyzer-security.FloatLoopCounter)
     for (double angle = 0; angle < kTwoPi; angle += step) {
         const int x = static_cast<int>(radius * std::sin(angle)) + radius;
         const int y = static_cast<int>(radius * std::cos(angle)) + radius;

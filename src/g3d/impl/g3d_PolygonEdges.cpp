@@ -32,7 +32,9 @@ struct Planar {
 
 // A rectangle along the longest of the edges in it: thin around one edge, and around neighbours
 // that are about parallel or perpendicular, such as the teeth of a comb, no larger than they are.
+// The upright box besides is the smaller one around edges in all directions.
 struct Strip {
+    g3d_Box2D box;
     Planar center;
     Planar along{1, 0};   // unit length
     double length = -1;   // half of it, along; negative: nothing in it
@@ -41,7 +43,8 @@ struct Strip {
 
     [[nodiscard]] bool IsEmpty() const noexcept { return length < 0; }
 
-    // Whether they may overlap: no side of either separates them by more than slack.
+    // Whether they may overlap: the boxes do, and no side of either separates them by more than
+    // slack. Empty boxes meet none.
     [[nodiscard]] bool Meets(const Strip& other, double slack) const noexcept {
         const double cosine = std::abs(along.Dot(other.along));
         const double sine = std::abs(along.Left().Dot(other.along));
@@ -52,7 +55,7 @@ struct Strip {
                    std::abs(offset.Dot(a.along.Left())) >
                        a.width + b.length * sine + b.width * cosine + slack;
         };
-        return !IsEmpty() && !other.IsEmpty() && !isApart(*this, other) && !isApart(other, *this);
+        return box.Meets(other.box) && !isApart(*this, other) && !isApart(other, *this);
     }
 };
 
@@ -62,18 +65,19 @@ public:
     explicit StripMaker(const Planar& along, double longest) noexcept
         : _along(along), _longest(longest) {}
 
-    void Add(const Planar& p) noexcept {
-        Widen(_low.x, _high.x, p.Dot(_along));
-        Widen(_low.y, _high.y, p.Dot(_along.Left()));
+    void Add(const g3d_Point& p) noexcept {
+        _box.Add(p);
+        Widen({p.x, p.y});
     }
     void Add(const Strip& strip) noexcept {
         if (!strip.IsEmpty()) {
+            _box.Add(strip.box);
             const Planar length = strip.along * strip.length;
             const Planar width = strip.along.Left() * strip.width;
-            Add(strip.center + length + width);
-            Add(strip.center + length - width);
-            Add(strip.center - length + width);
-            Add(strip.center - length - width);
+            Widen(strip.center + length + width);
+            Widen(strip.center + length - width);
+            Widen(strip.center - length + width);
+            Widen(strip.center - length - width);
         }
     }
     [[nodiscard]] Strip Take() const noexcept {
@@ -81,18 +85,24 @@ public:
             return {};
         }
         const Planar middle = (_low + _high) * 0.5;
-        return {_along * middle.x + _along.Left() * middle.y, _along, (_high.x - _low.x) * 0.5,
-                (_high.y - _low.y) * 0.5, _longest};
+        return {_box,
+                _along * middle.x + _along.Left() * middle.y,
+                _along,
+                (_high.x - _low.x) * 0.5,
+                (_high.y - _low.y) * 0.5,
+                _longest};
     }
 
 private:
     static constexpr double kNone = std::numeric_limits<double>::infinity();
 
-    static void Widen(double& low, double& high, double value) noexcept {
-        low = std::min(low, value);
-        high = std::max(high, value);
+    void Widen(const Planar& p) noexcept {
+        const Planar turned{p.Dot(_along), p.Dot(_along.Left())};
+        _low = {std::min(_low.x, turned.x), std::min(_low.y, turned.y)};
+        _high = {std::max(_high.x, turned.x), std::max(_high.y, turned.y)};
     }
 
+    g3d_Box2D _box;
     Planar _along;
     double _longest;
     Planar _low{kNone, kNone};
@@ -125,15 +135,20 @@ public:
 
     [[nodiscard]] bool Meets(const EdgeTree& other) const noexcept {
         // Bounds the rounding of the strips; far below the distance of neighbouring floats.
-        const double slack =
-            (_largest + other._largest) * (256 * std::numeric_limits<double>::epsilon());
+        const double slack = (Largest(_strips[1].box) + Largest(other._strips[1].box)) *
+                             (256 * std::numeric_limits<double>::epsilon());
         return Meets(1, other, 1, slack);
     }
 
 private:
     static constexpr std::size_t kRun = 4;  // edges to a leaf
 
-    Strip StripOfLeaf(std::size_t leaf) noexcept {
+    // Coordinate of a box that is not empty.
+    static double Largest(const g3d_Box2D& box) noexcept {
+        return std::max(std::max(-box.minX, box.maxX), std::max(-box.minY, box.maxY));
+    }
+
+    [[nodiscard]] Strip StripOfLeaf(std::size_t leaf) const noexcept {
         Planar along{1, 0};
         double longest = 0;
         for (std::size_t i = FirstEdge(leaf); i < FirstEdge(leaf + 1); ++i) {
@@ -148,10 +163,8 @@ private:
         StripMaker maker(along, longest);
         for (std::size_t i = FirstEdge(leaf); i < FirstEdge(leaf + 1); ++i) {
             if (IsFiniteEdge(i)) {
-                for (const Planar& end : {Vertex(i), Vertex(i + 1)}) {
-                    maker.Add(end);
-                    _largest = std::max({_largest, std::abs(end.x), std::abs(end.y)});
-                }
+                maker.Add(_vertexes[i]);
+                maker.Add(_vertexes[i + 1]);
             }
         }
         return maker.Take();
@@ -206,7 +219,6 @@ private:
     std::size_t _edges;
     std::size_t _leaves;  // a power of two
     std::vector<Strip> _strips;
-    double _largest = 0;  // coordinate
 };
 
 }  // namespace

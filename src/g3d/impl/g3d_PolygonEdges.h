@@ -20,6 +20,12 @@ struct g3d_Box2D {
         maxX = std::max(maxX, p.x);
         maxY = std::max(maxY, p.y);
     }
+    void Add(const g3d_Box2D& box) noexcept {
+        minX = std::min(minX, box.minX);
+        minY = std::min(minY, box.minY);
+        maxX = std::max(maxX, box.maxX);
+        maxY = std::max(maxY, box.maxY);
+    }
     /// Whether the boxes, borders included, share a point.
     [[nodiscard]] bool Meets(const g3d_Box2D& box) const noexcept {
         return minX <= box.maxX && box.minX <= maxX && minY <= box.maxY && box.minY <= maxY;

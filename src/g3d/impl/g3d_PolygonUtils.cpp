@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <span>
 #include <utility>
 #include <vector>
@@ -74,7 +75,14 @@ double ParameterOf(const g3d_Point& p0, const g3d_Point& p1, const g3d_Point& p)
     return std::clamp(parameter, 0.0, 1.0);
 }
 
-// The parameters at which the edges meet the segment, ascending; those of one point come once.
+// Ascending, those of one point once.
+void SortDistinct(std::vector<double>& parameters) {
+    std::sort(parameters.begin(), parameters.end());
+    const auto isSame = [](double first, double next) { return next - first <= kSame; };
+    parameters.erase(std::unique(parameters.begin(), parameters.end(), isSame), parameters.end());
+}
+
+// The distinct parameters at which the edges meet the segment.
 std::vector<double> Cuts(std::span<const g3d_Point> outline, const g3d_Point& p0,
                          const g3d_Point& p1) {
     std::vector<double> cuts;
@@ -93,10 +101,7 @@ std::vector<double> Cuts(std::span<const g3d_Point> outline, const g3d_Point& p0
             cuts.push_back(ParameterOf(p0, p1, b));
         }
     }
-    std::sort(cuts.begin(), cuts.end());
-    cuts.erase(std::unique(cuts.begin(), cuts.end(),
-                           [](double first, double next) { return next - first <= kSame; }),
-               cuts.end());
+    SortDistinct(cuts);
     return cuts;
 }
 
@@ -134,8 +139,12 @@ class Pieces {
 public:
     // Adds the parts of p0-p1 inside the outline; notes whether it is cut.
     void AddSegment(std::span<const g3d_Point> outline, const g3d_Point& p0, const g3d_Point& p1) {
+        const std::vector<double> passages = Passages(outline, p0, p1);
         std::vector<double> ends = Cuts(outline, p0, p1);
-        std::vector<double> passages = Passages(outline, p0, p1);
+        // New are only those through an edge that closes a gap of the outline.
+        std::copy_if(passages.begin(), passages.end(), std::back_inserter(ends),
+                     [](double t) { return t < 1; });
+        SortDistinct(ends);
         isCut = isCut || !ends.empty();
         std::erase_if(ends, [](double t) { return t <= kSame || t >= 1 - kSame; });
         ends.push_back(1);

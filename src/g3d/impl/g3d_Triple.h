@@ -20,7 +20,7 @@ struct g3d_Triple {
     constexpr explicit g3d_Triple(const g3d_Vector& v) noexcept : x(v.x), y(v.y), z(v.z) {}
     /// The place that the point stands for.
     constexpr explicit g3d_Triple(const g3d_Point& p) noexcept : x(p.x), y(p.y), z(p.z) {
-        if (p.w != 0 && p.w != 1) {
+        if (p.w != 1 && p.w != 0) {
             x /= p.w;
             y /= p.w;
             z /= p.w;

@@ -164,4 +164,5 @@ inline void Vectors(const float* m, float* vs, int n) {
     }
 }
 
+// NOLINTNEXTLINE(misc-definitions-in-headers): included in one source, once a namespace
 constexpr g3d_XFormKernels kKernels{&Multiply, &Determinant, &Invert, &Points, &Vectors};
