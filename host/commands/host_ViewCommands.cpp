@@ -267,7 +267,7 @@ omu_Primitive* SavePicture(omu_Arguments& args, const host_PictureRoom& room) {
     args.Begin();
     args.Get(path, "path");
     args.Optional();
-    const auto [width, height] = host_GetPictureSize(args);
+    const host_PictureSize size = host_GetPictureSize(args);
     args.End();
     const std::string file = path.Std();
     if (file.empty() || file.find('\0') != std::string::npos) {
@@ -275,9 +275,9 @@ omu_Primitive* SavePicture(omu_Arguments& args, const host_PictureRoom& room) {
                          __LINE__);
     }
     host_Renderer& renderer = room.renderer();
-    const host_Scene scene = View().MakeScene(width, height, room.poll);
+    const host_Scene scene = View().MakeScene(size.width, size.height, room.poll);
     host_Image image;
-    room.aside([&] { image = renderer.Draw(scene, width, height); });
+    room.aside([&] { image = renderer.Draw(scene, size.width, size.height); });
     room.poll();
     room.aside([&] {
         if (const auto folder = std::filesystem::path(file).parent_path(); !folder.empty()) {

@@ -30,6 +30,7 @@ struct HolderOpsOf;
 template <template <class, class> class Holder, class T, class Policy>
 struct HolderOpsOf<Holder<T, Policy>> {
     using H = Holder<T, Policy>;
+    // NOLINTNEXTLINE(misc-redundant-expression): redundant only for the types at hand
     static_assert(sizeof(H) == cls_HolderOps::kRoom && alignof(H) <= alignof(void*));
 
     static constexpr cls_HolderOps kOps{
