@@ -1,14 +1,14 @@
 #include "host_Renderer.h"
+#include "idb_FileErrorException.h"
+#include "idb_FileSave.h"
 
 #include <png.h>
 
 #include <cerrno>
 #include <csetjmp>
-#include <fcntl.h>
 #include <filesystem>
-#include <sys/stat.h>
+#include <new>
 #include <system_error>
-#include <unistd.h>
 
 namespace {
 
@@ -17,77 +17,24 @@ namespace {
                                             std::error_code(cause, std::generic_category()));
 }
 
-/// A new file beside another, which takes the other's place when it is complete.
-class NewFile {
-public:
-    explicit NewFile(std::filesystem::path path) : _path(std::move(path)) {
-        struct stat status {};
-        if (::stat(_path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-            Raise(_path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);  // a device would be replaced
-        }
-        std::error_code none;
-        _target = std::filesystem::weakly_canonical(_path, none);
-        if (none) {
-            _target = _path;
-        }
-        for (int i = 0; _file < 0; ++i) {
-            _temporary = _target.parent_path() /
-                         (".picture-" + std::to_string(::getpid()) + "-" + std::to_string(i));
-            _file = ::open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-            if (_file < 0 && errno != EEXIST) {
-                Raise(_path, errno);
-            }
-        }
-    }
-    ~NewFile() {
-        if (_file >= 0) {
-            ::close(_file);
-        }
-        if (!_isDone) {
-            ::unlink(_temporary.c_str());
-        }
-    }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-
-    [[nodiscard]] int Descriptor() const noexcept { return _file; }
-
-    void Finish() {
-        if (::close(std::exchange(_file, -1)) != 0 ||
-            ::rename(_temporary.c_str(), _target.c_str()) != 0) {
-            Raise(_path, errno);
-        }
-        _isDone = true;
-    }
-
-private:
-    std::filesystem::path _path;
-    std::filesystem::path _target;  // behind symbolic links
-    std::filesystem::path _temporary;
-    int _file = -1;
-    bool _isDone = false;
-};
-
 /// What libpng's callbacks see. An error jumps back over libpng's frames and ours, so nothing here
 /// or in Encode() has a destructor.
 struct Job {
     const host_Image* image;
-    int file;
+    std::vector<std::byte>* bytes;
     int cause;  // of a failure, an errno
 };
 
 void Write(png_structp png, png_bytep bytes, std::size_t count) {
     Job& job = *static_cast<Job*>(png_get_io_ptr(png));
-    while (count > 0) {
-        const ssize_t written = ::write(job.file, bytes, count);
-        if (written >= 0) {
-            bytes += written;
-            count -= static_cast<std::size_t>(written);
-        } else if (errno != EINTR) {
-            job.cause = errno;
-            png_error(png, "write");
-        }
+    try {
+        const auto* first = reinterpret_cast<const std::byte*>(bytes);
+        job.bytes->insert(job.bytes->end(), first, first + count);
+        return;
+    } catch (const std::bad_alloc&) {
+        job.cause = ENOMEM;
     }
+    png_error(png, "write");
 }
 
 void Flush(png_structp) {}
@@ -133,10 +80,14 @@ void host_WritePng(const host_Image& image, const std::string& path) {
             3 * static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height)) {
         Raise(path, EINVAL);
     }
-    NewFile file(path);
-    Job job{&image, file.Descriptor(), EINVAL};  // EINVAL: sizes that libpng refuses
+    std::vector<std::byte> bytes;
+    Job job{&image, &bytes, EINVAL};  // EINVAL: sizes that libpng refuses
     if (!Encode(job)) {
         Raise(path, job.cause);
     }
-    file.Finish();
+    try {
+        idb_FileSave(path, bytes);
+    } catch (const idb_FileErrorException& error) {
+        Raise(path, error.Cause() != 0 ? error.Cause() : EINVAL);  // 0: a pipe or a device
+    }
 }
