@@ -15,6 +15,7 @@
 #include <limits>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -142,6 +143,26 @@ TEST(cls_ClassRegistrar, FollowsTheBasesOfTheTypeTables) {
 TEST(cls_Uid, IsNeverGivenTwice) {
     EXPECT_TRUE(cls_Uid().IsNone());
     EXPECT_NE(cls_Uid::AllocateUid(), cls_Uid::AllocateUid());
+}
+
+TEST(cls_UidScope, NumbersFromTheCallersCounterWhereItStands) {
+    std::uint64_t model = 7;
+    std::uint64_t draft = 0;
+    const cls_Uid before = cls_Uid::AllocateUid();
+    {
+        const cls_UidScope outer(model);
+        EXPECT_EQ(cls_Uid::AllocateUid(), cls_Uid(8));
+        {
+            const cls_UidScope inner(draft);
+            EXPECT_EQ(cls_Uid::AllocateUid(), cls_Uid(1));
+        }
+        // Other threads go on with the process's.
+        std::thread([&] { EXPECT_EQ(cls_Uid::AllocateUid().Value(), before.Value() + 1); }).join();
+        EXPECT_EQ(cls_Uid::AllocateUid(), cls_Uid(9));
+    }
+    EXPECT_EQ(cls_Uid::AllocateUid().Value(), before.Value() + 2);
+    EXPECT_EQ(model, 9);
+    EXPECT_EQ(draft, 1);
 }
 
 }  // namespace
