@@ -4,8 +4,8 @@
 #include "mdl_Extension.h"
 #include "omu_TarvexName.h"
 
-#include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 /// Named objects in the order in which they were added, each owned by it; itself an object that
@@ -58,8 +58,9 @@ public:
     /// Adds an object, which is in no repository, under its own name behind the last one. It is
     /// taken over also when this raises.
     mdl_Extension& Add(std::unique_ptr<mdl_Extension> member);
-    /// Adds it at the place \p index in [0, Length()], as to bring a removed one back.
-    mdl_Extension& Insert(int index, std::unique_ptr<mdl_Extension> member);
+    /// Adds it at the place \p index in [0, Length()], as to bring a removed one back. When this
+    /// raises, the caller still has it.
+    mdl_Extension& Insert(int index, std::unique_ptr<mdl_Extension>&& member);
     /// Renames a member, which keeps its place.
     void Rename(const cow_String& from, const cow_String& to);
     /// Adds a copy of a member, as an object of its own, under the name \p to behind the last one.
@@ -76,12 +77,20 @@ private:
     using Base = mdl_Extension;
     static constexpr auto Fields() { return std::tuple(); }
 
+    /// Finds members by name; their own names are the keys.
+    struct ByName {
+        using is_transparent = void;
+        static const cow_String& Key(const cow_String& name) { return name; }
+        static const cow_String& Key(const mdl_Extension* member) { return member->Name(); }
+        bool operator()(const auto& a, const auto& b) const { return Key(a) < Key(b); }
+    };
+
     void CheckNew(const cow_String& name) const;
     void Adopt() noexcept;
 
     omu_TarvexNameEnum _kind = GENERAL_NAME;
     std::vector<std::unique_ptr<mdl_Extension>> _members;
-    std::map<cow_String, mdl_Extension*, std::less<>> _byName;
+    std::set<mdl_Extension*, ByName> _byName;
 };
 
 /// The members of a repository, as a field of its owner: a list of objects, to which others may

@@ -2,19 +2,14 @@
 
 import io
 import pathlib
+import sys
 
 import cbor2  # on Debian: apt-get install python3-cbor2
 
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
+from crc32c import crc32c  # noqa: E402
+
 DATA = pathlib.Path(__file__).parent / "data"
-
-
-def crc32c(data):
-    crc = 0xFFFFFFFF
-    for byte in data:
-        crc ^= byte
-        for _ in range(8):
-            crc = (crc >> 1) ^ (0x82F63B78 if crc & 1 else 0)
-    return crc ^ 0xFFFFFFFF
 
 
 def read(path):
@@ -44,6 +39,8 @@ def read(path):
         return 1 + (levels_of(base) if base is not None else 0)
 
     def value(item):
+        if isinstance(item, cbor2.CBORTag) and item.tag == 39:
+            return ("reference", item.value)
         if isinstance(item, cbor2.CBORTag):
             widths = {78: ("i", 4), 85: ("f", 4), 86: ("d", 8)}
             kind, width = widths[item.tag]
@@ -87,4 +84,14 @@ assert words[1] is words[3], "a shared value comes back shared"
 assert sample("g3d_Vector")["y"] == -2.0
 assert sample("omu_PrimException")["m_Exception"]["m_Value"] == "Part-1"
 assert sample("mdl_PropInt")["identities"] == [77] and sample("mdl_PropInt")["state"] == 2
+model = sample("test_Member")
+plate, bolt = model["members"]
+head = bolt["members"][0]
+assert [member["name"] for member in (plate, bolt, head)] == ["plate", "bolt", "head"]
+# By number, in the order in which they begin: model 0, plate 1, its value 2, bolt 3, head 4.
+assert [member["other"] for member in (model, plate, bolt, head)] == [
+    None, ("reference", 4), ("reference", 1), ("reference", 0)]
+assert plate["value"] is bolt["value"] is model["steps"][1]
+assert (plate["weights"], plate["places"]) == ([0.5], [1e300, -0.0])
+assert model["sets"][0] == "all" and model["sets"][1]["other"] == ("reference", 3)
 print("read", len(list(DATA.glob("*.memento"))), "mementos")

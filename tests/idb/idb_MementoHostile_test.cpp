@@ -2,6 +2,7 @@
 #include "idb_MementoErrorException.h"
 #include "idb_ReadListObj.h"
 #include "idb_Samples.h"
+#include "idb_Sealed.h"
 #include "mem_Allocation.h"
 #include "test_Raised.h"
 
@@ -60,30 +61,9 @@ private:
     int _count = 0;
 };
 
-std::uint32_t Crc32c(std::span<const std::byte> bytes) {
-    std::uint32_t crc = ~0U;
-    for (const std::byte byte : bytes) {
-        crc ^= static_cast<std::uint32_t>(byte);
-        for (int bit = 0; bit < 8; ++bit) {
-            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0x82F63B78U : 0);
-        }
-    }
-    return ~crc;
-}
-
 void Append(Bytes& bytes, const std::string& text) {
     const auto* first = reinterpret_cast<const std::byte*>(text.data());
     bytes.insert(bytes.end(), first, first + text.size());
-}
-
-/// \p bytes with a checksum behind them.
-Bytes Sealed(Bytes bytes) {
-    const std::uint32_t crc = Crc32c(bytes);
-    bytes.push_back(std::byte{0x44});
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        bytes.push_back(static_cast<std::byte>(crc >> shift));
-    }
-    return bytes;
 }
 
 // Items by hand.
@@ -140,7 +120,7 @@ Bytes File(const std::vector<std::string>& classes, const std::string& sample,
         Append(bytes, entry);
     }
     Append(bytes, Head(5, 1) + Text("sample") + sample);
-    return Sealed(bytes);
+    return idb_Sealed(bytes);
 }
 
 const std::string kPrimitive = Class("omu_Primitive", 514, -1, {"type"});
@@ -198,13 +178,13 @@ TEST_F(HostileMemento, NoFlippedBitAndNoCutGetsPastTheChecks) {
             Bytes bytes = good;
             bytes[bit / 8] ^= std::byte{1} << (bit % 8);
             EXPECT_THROW(read(bytes), idb_MementoErrorException) << sample.name << " bit " << bit;
-            const Bytes repaired = Sealed(Bytes(bytes.begin(), bytes.end() - 5));
+            const Bytes repaired = idb_Sealed(Bytes(bytes.begin(), bytes.end() - 5));
             ASSERT_EQ(Fault(repaired, read), "") << sample.name << ", bit " << bit;
         }
         for (std::size_t size = 0; size < good.size(); ++size) {
             Bytes bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size));
             EXPECT_THROW(read(bytes), idb_MementoErrorException) << sample.name << " cut " << size;
-            ASSERT_EQ(Fault(Sealed(bytes), read), "") << sample.name << ", cut at " << size;
+            ASSERT_EQ(Fault(idb_Sealed(bytes), read), "") << sample.name << ", cut at " << size;
         }
     }
 }
@@ -366,6 +346,53 @@ TEST_F(HostileMemento, BombsTakeNoMoreThanTheyMay) {
     for (const Bomb& bomb : bombs) {
         EXPECT_EQ(Fault(bomb.bytes, ReadAny), "") << bomb.name;
     }
+}
+
+/// As small as a repository's members can be.
+class Member : public mdl_Extension {
+public:
+    static constexpr cls_ClassInfo kClass{"test_Small", 0x5D0001, mdl_Extension::TypeId(), 1};
+    static constexpr unsigned TypeId() noexcept { return kClass.typeId; }
+    explicit Member(const cls_ReadVisitor& visitor)
+        : mdl_Extension(*visitor.Base(mdl_Extension::TypeId())) {
+        cls_ReadFields(*this, visitor);
+    }
+    [[nodiscard]] unsigned DynTypeId() const override { return TypeId(); }
+    [[nodiscard]] mdl_Extension* Copy() const override { return nullptr; }
+
+private:
+    friend struct ::cls_Access;
+    using Base = mdl_Extension;
+    static constexpr auto Fields() { return std::tuple(NameField()); }
+};
+
+TEST_F(HostileMemento, MembersOfRepositoriesTakeNoMoreThanTheyMay) {
+    static constexpr typ_Entry kTypes[] = {
+        {typ_Entry::Unused, 1, nullptr},
+        {typ_Entry::Persistent, mdl_Extension::TypeId(), "test_Small"}};
+    typ_ArchCompTable::InsertEntry(0x5D, {kTypes, std::size(kTypes)});
+    cls_RegisterClass<Member, cow_COW<mdl_Extension, cow_Virtual<mdl_Extension>>>(
+        omi_Singleton<cls_MetadataRegistrar>::Instance().Classes());
+    constexpr std::size_t kMany = (1U << 17) + 1;  // just beyond what a vector has room for
+    const std::string digits = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    std::string list = Array(kMany + 1) + kNull;
+    for (std::size_t i = 0; i < kMany; ++i) {
+        // The shortest names there are so many of, beginning with a letter.
+        const std::string name{digits[i % 52], digits[i / 52 % 62], digits[i / 52 / 62]};
+        list += Array(4) + Number(1) + Number(0) + Number(0) + Text(name);
+    }
+    const Bytes bytes =
+        File({Class("mdl_Extension", 401, -1), Class("test_Small", 1, 0, {"name"})}, list);
+    int read = 0;
+    EXPECT_EQ(Fault(bytes,
+                    [&](const Bytes& from) {
+                        mdl_Repository members;
+                        const idb_MementoRead memento(from);
+                        cls_FieldTraits<mdl_Repository>::Read(memento, "sample", members);
+                        read = members.Length();
+                    }),
+              "");
+    EXPECT_EQ(read, static_cast<int>(kMany));
 }
 
 TEST_F(HostileMemento, WhatIsBuiltOnDemandIsBoundedToo) {

@@ -146,12 +146,18 @@ TEST_F(mdl_PropertyTableTest, IsStoredAsOneTuple) {
         return RowOf(name, omu_PrimArray(cells));
     };
     const std::vector<double> one{1.0};
+    omu_Primitive* const null = nullptr;
     const std::pair<omu_PrimTuple, const char*> faults[] = {
         {RowOf(), "not a tuple that begins with a Boolean"},
         {RowOf(1), "not a tuple that begins with a Boolean"},
+        {RowOf(null), "not a tuple that begins with a Boolean"},
         {RowOf(true), "an empty first row that is not there"},
         {RowOf(false, 1), "a column that is not a name with cells"},
         {RowOf(false, RowOf("a")), "a column that is not a name with cells"},
+        {RowOf(false, null), "a column that is not a name with cells"},
+        {RowOf(false, RowOf(null, null)), "a column that is not a name with cells"},
+        {RowOf(false, RowOf("a", null)), "cells that are neither numbers nor strings"},
+        {RowOf(false, RowOf("a", RowOf(null))), "cells that are neither numbers nor strings"},
         {RowOf(false, RowOf("a", 1)), "cells that are neither numbers nor strings"},
         {RowOf(false, column("a", std::vector<float>{1})),
          "numbers of another kind than integers and doubles"},

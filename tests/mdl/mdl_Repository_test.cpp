@@ -114,7 +114,9 @@ TEST_F(mdl_RepositoryTest, RefusesAndLeavesAllAsItWas) {
     EXPECT_THROW(loads.CopyMember("A", "y"), omu_KeyErrorException);
     EXPECT_EQ(test_Message<omu_KeyErrorException>([&] { loads.Remove("x"); }), "x");
     EXPECT_THROW(loads.Add(nullptr), nex_TextException);
-    EXPECT_THROW(loads.Insert(-1, std::make_unique<Load>("d", 0)), std::out_of_range);
+    std::unique_ptr<mdl_Extension> own = std::make_unique<Load>("d", 0);
+    EXPECT_THROW(loads.Insert(-1, std::move(own)), std::out_of_range);
+    EXPECT_NE(own, nullptr);
     EXPECT_EQ(Shown(loads), "b=2 a=1 c=3");
 
     mdl_Repository jobs("jobs", JOB_NAME);

@@ -6,7 +6,9 @@
 #include "g3d_Vector.h"
 #include "idb_MementoRead.h"
 #include "idb_MementoWrite.h"
+#include "idb_TestModel.h"
 #include "mdl_PropagatingAttribute.h"
+#include "mdl_PropertyTable.h"
 #include "omu_ErrorExceptions.h"
 #include "omu_PrimArray.h"
 #include "omu_PrimBool.h"
@@ -39,10 +41,15 @@ struct idb_Sample {
     std::function<std::vector<std::byte>(std::span<const std::byte>)> rewrite;
 };
 
+/// Objects of models are written and read as such, to which others refer.
 template <class T>
 std::vector<std::byte> idb_WriteSample(const T& object) {
     idb_MementoWrite memento;
-    memento.WriteObject("sample", cls_ObjectRef::Of(&object));
+    if constexpr (std::is_base_of_v<mdl_Extension, T>) {
+        memento.WriteOwned("sample", cls_ObjectRef::Of(&object));
+    } else {
+        memento.WriteObject("sample", cls_ObjectRef::Of(&object));
+    }
     return memento.Finish();
 }
 
@@ -59,8 +66,10 @@ idb_Sample idb_SampleOf(std::shared_ptr<const Root> object, std::string name = {
     return {std::move(name), [object] { return idb_WriteSample(*object); },
             [](std::span<const std::byte> bytes) {
                 const idb_MementoRead memento(bytes);
-                const std::unique_ptr<Root> read(
-                    static_cast<Root*>(memento.ReadObject("sample", Root::TypeId())));
+                constexpr bool kIsKept = std::is_base_of_v<mdl_Extension, Root>;
+                void* const built = kIsKept ? memento.ReadOwned("sample", Root::TypeId())
+                                            : memento.ReadObject("sample", Root::TypeId());
+                const std::unique_ptr<Root> read(static_cast<Root*>(built));
                 memento.Finish();
                 return idb_WriteSample(*read);
             }};
@@ -164,5 +173,24 @@ inline std::vector<idb_Sample> idb_Samples() {
     cls_xp1DArrayListFloat floats;
     floats.Append(0.5F);
     samples.push_back(idb_AttributeSample(floats));
+
+    std::uint64_t last = 0;
+    const cls_UidScope uids(last);
+    auto table = std::make_shared<mdl_PropertyTable>(
+        std::vector<mdl_PropertyColumn>{{"T", mdl_ColumnType::Float},
+                                        {"cycles", mdl_ColumnType::Integer},
+                                        {"source", mdl_ColumnType::String}},
+        true);
+    omu_PrimTuple row(3, 's');
+    row.Put(20.5);
+    row.Put(7);
+    row.Put("test");
+    table->AddRow(row);
+    table->AddEmptyFirstRow();
+    samples.push_back(idb_SampleOf<mdl_PropertyTable>(table));
+    samples.push_back(idb_SampleOf<mdl_Extension>(std::make_shared<const mdl_Repository>("loads")));
+    // Its members are stored by its owner.
+    idb_TestMember::Know();
+    samples.push_back(idb_SampleOf<mdl_Extension>(idb_TestMember::Model()));
     return samples;
 }

@@ -257,11 +257,11 @@ void idb_MementoCheck::Tagged(const idb_Head& head, const Expected& expected) {
     }
     const auto& objects = _store._objects;
     const bool isThere = number.value < objects.size();
-    const std::string name = "object " + std::to_string(number.value);
+    const auto name = [&] { return "object " + std::to_string(number.value); };
     if (head.value == kTagIdentifier) {
         idb_Charge(_budget, kReferenceCharge, head.at);
         if (number.value >= idb_ReadStore::Shareable::kNone) {
-            idb_RaiseAt(head.at, Place() + "a reference to " + name + ", which is not there");
+            idb_RaiseAt(head.at, Place() + "a reference to " + name() + ", which is not there");
         }
         if (number.value >= _farthest) {
             _farthest = number.value + 1;
@@ -273,11 +273,11 @@ void idb_MementoCheck::Tagged(const idb_Head& head, const Expected& expected) {
         return;
     }
     if (!isThere) {
-        idb_RaiseAt(head.at, Place() + name + " is shared before it is there");
+        idb_RaiseAt(head.at, Place() + name() + " is shared before it is there");
     }
     const idb_ReadStore::Shareable& shared = objects[number.value];
     if (shared.isOpen) {
-        idb_RaiseAt(head.at, Place() + name + " contains itself");
+        idb_RaiseAt(head.at, Place() + name() + " contains itself");
     }
     CheckClass(*shared.type, expected, head.at);
     if (_frames.size() + static_cast<std::size_t>(shared.height) > kMaxDepth) {

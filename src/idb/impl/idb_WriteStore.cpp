@@ -22,7 +22,7 @@ const cls_ClassMetadata* MetadataOf(unsigned typeId) {
 
 }  // namespace
 
-idb_WriteStore::idb_WriteStore() { _frames.push_back({Frame::Roots}); }
+idb_WriteStore::idb_WriteStore() { _frames.push_back({Frame::Kind::Roots}); }
 
 void idb_WriteStore::Fail(std::string text) {
     if (_fault.empty()) {
@@ -64,16 +64,16 @@ idb_cbor::Encoder& idb_WriteStore::UnexpectedValue(std::size_t frame, unsigned l
     CheckTurn(frame);
     Frame& top = _frames.back();
     switch (top.kind) {
-        case Frame::Roots:
+        case Frame::Kind::Roots:
             NewRoot(name);
             break;
-        case Frame::List:
+        case Frame::Kind::List:
             if (top.field == 0) {
                 Fail("more elements are written to a list than announced");
             }
             --top.field;
             break;
-        case Frame::Object:
+        case Frame::Kind::Object:
             if (level >= top.level) {
                 Fail("class " + ClassName(top.typeId) + " writes field " + name +
                      " before it opens the class level");
@@ -107,7 +107,7 @@ std::size_t idb_WriteStore::OpenList(std::size_t frame, unsigned level, const ch
     // An array that begins with null is a list, one that begins with a number an object.
     to.Head(idb_cbor::kArray, static_cast<std::uint64_t>(count) + 1);
     to.Byte(idb_cbor::kNull);
-    _frames.push_back({Frame::List});
+    _frames.push_back({Frame::Kind::List});
     _frames.back().field = static_cast<std::size_t>(count);
     return _frames.size() - 1;
 }
@@ -130,7 +130,7 @@ void idb_WriteStore::CloseList(std::size_t frame) noexcept {
 void idb_WriteStore::Start(std::size_t frame, unsigned level, unsigned typeId, const cls_Uid& uid) {
     CheckTurn(frame);
     Frame& top = _frames.back();
-    if (top.kind != Frame::Object || level != top.level) {
+    if (top.kind != Frame::Kind::Object || level != top.level) {
         Fail("class level " + ClassName(typeId) + " is opened out of turn");
     }
     if (level == 0) {
@@ -171,7 +171,7 @@ void idb_WriteStore::Start(std::size_t frame, unsigned level, unsigned typeId, c
 void idb_WriteStore::CheckBase(std::size_t frame, unsigned level, unsigned typeId) {
     CheckTurn(frame);
     const Frame& top = _frames.back();
-    if (top.kind != Frame::Object || level + 1 != top.level) {
+    if (top.kind != Frame::Kind::Object || level + 1 != top.level) {
         Fail("base level " + ClassName(typeId) + " is asked for out of turn");
     }
 }
@@ -300,7 +300,7 @@ void idb_WriteStore::WriteBody(const cls_ObjectRef& object) {
         Fail("objects and lists lie in each other more than " +
              std::to_string(idb_cbor::kMaxDepth) + " deep");
     }
-    _frames.push_back({Frame::Object});
+    _frames.push_back({Frame::Kind::Object});
     try {
         object.dbWrite(object.object, idb_MementoWrite(*this, _frames.size() - 1, 0));
         CheckTurn(_frames.size() - 1);

@@ -46,8 +46,8 @@ public:
     /// Every operation that writes a value begins with this: the encoder stands where it goes.
     idb_cbor::Encoder& Value(std::size_t frame, unsigned level, const char* name) {
         Frame& top = _frames.back();
-        if (_frames.size() - 1 == frame && top.kind == Frame::Object && top.shape != nullptr &&
-            top.field < top.shape->fields.size()) [[likely]] {
+        if (_frames.size() - 1 == frame && top.kind == Frame::Kind::Object &&
+            top.shape != nullptr && top.field < top.shape->fields.size()) [[likely]] {
             const idb_WriteClass::Field& expected = top.shape->fields[top.field];
             if (expected.level == level && std::strcmp(expected.name.c_str(), name) == 0)
                 [[likely]] {
@@ -78,7 +78,7 @@ private:
         std::vector<std::pair<unsigned, std::string>> fields;  // level and name, in writing order
     };
     struct Frame {
-        enum Kind : std::uint8_t { Roots, Object, List };
+        enum class Kind : std::uint8_t { Roots, Object, List };
         Kind kind;
         idb_WriteClass* shape = nullptr;  // null: being learned
         std::size_t field = 0;            // values written, or elements left of a list

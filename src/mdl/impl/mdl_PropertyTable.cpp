@@ -311,8 +311,15 @@ omu_Primitive* StoredCells(const Cells& cells) {
         cells);
 }
 
-Cells ReadCells(const omu_Primitive& stored) {
-    if (const auto* numbers = omu_PrimCast<omu_PrimArray>(stored)) {
+/// The value at \p index where it is there, and of class T.
+template <class T>
+const T* ValueAt(const omu_PrimTuple& tuple, int index) {
+    const omu_Primitive* value = index < tuple.Length() ? tuple.Index(index) : nullptr;
+    return value == nullptr ? nullptr : omu_PrimCast<T>(*value);
+}
+
+Cells ReadCells(const omu_PrimTuple& column) {
+    if (const auto* numbers = ValueAt<omu_PrimArray>(column, 1)) {
         switch (numbers->ElementType()) {
             case omu_PrimNumber::INT:
                 return cow_1DArrayList<int>(numbers->Ints());
@@ -323,7 +330,9 @@ Cells ReadCells(const omu_Primitive& stored) {
         }
     }
     cow_1DArrayList<cow_String> texts;
-    if (!omu_ValueTraits<cow_1DArrayList<cow_String>>::Convert(stored, texts)) {
+    const omu_Primitive* stored = column.Index(1);
+    if (stored == nullptr ||
+        !omu_ValueTraits<cow_1DArrayList<cow_String>>::Convert(*stored, texts)) {
         RaiseNoTable("cells that are neither numbers nor strings");
     }
     return texts;
@@ -350,23 +359,20 @@ void mdl_PropertyTable::TableField::Read(const cls_ReadVisitor& visitor, const c
         static_cast<omu_Primitive*>(visitor.ReadObject(name, omu_PrimTuple::TypeId())));
     const omu_PrimTuple* stored =
         object == nullptr ? nullptr : omu_PrimCast<omu_PrimTuple>(*object);
-    const auto* isEmpty = stored == nullptr || stored->Length() == 0
-                              ? nullptr
-                              : omu_PrimCast<omu_PrimBoolean>(*stored->Index(0));
+    const auto* isEmpty = stored == nullptr ? nullptr : ValueAt<omu_PrimBoolean>(*stored, 0);
     if (isEmpty == nullptr) {
         RaiseNoTable("not a tuple that begins with a Boolean");
     }
     Content read;
     for (int i = 1; i < stored->Length(); ++i) {
-        const auto* pair = omu_PrimCast<omu_PrimTuple>(*stored->Index(i));
-        const auto* columnName = pair == nullptr || pair->Length() != 2
-                                     ? nullptr
-                                     : omu_PrimCast<omu_PrimString>(*pair->Index(0));
+        const auto* pair = ValueAt<omu_PrimTuple>(*stored, i);
+        const auto* columnName =
+            pair == nullptr || pair->Length() != 2 ? nullptr : ValueAt<omu_PrimString>(*pair, 0);
         if (columnName == nullptr) {
             RaiseNoTable("a column that is not a name with cells");
         }
         mdl_PropertyColumn column(columnName->Text(), mdl_ColumnType::Float);
-        column.cells = ReadCells(*pair->Index(1));
+        column.cells = ReadCells(*pair);
         const int rows = std::visit([](const auto& cells) { return cells.Length(); }, column.cells);
         if (i > 1 && rows != read.rows) {
             RaiseNoTable("columns of different lengths");

@@ -27,7 +27,7 @@ mdl_Repository::mdl_Repository(const mdl_Repository& other)
         std::unique_ptr<mdl_Extension> copy(member->Copy());
         copy->_name = member->_name;
         copy->_owner = this;
-        _byName.emplace(copy->_name, copy.get());
+        _byName.insert(copy.get());
         _members.push_back(std::move(copy));
     }
 }
@@ -52,7 +52,7 @@ void mdl_Repository::InitializeMetadata(cls_ClassRegistrar& registrar) {
 
 const mdl_Extension* mdl_Repository::Find(const cow_String& name) const {
     const auto found = _byName.find(name);
-    return found == _byName.end() ? nullptr : found->second;
+    return found == _byName.end() ? nullptr : *found;
 }
 
 mdl_Extension* mdl_Repository::Find(const cow_String& name) {
@@ -90,7 +90,7 @@ mdl_Extension& mdl_Repository::Add(std::unique_ptr<mdl_Extension> member) {
     return Insert(Length(), std::move(member));
 }
 
-mdl_Extension& mdl_Repository::Insert(int index, std::unique_ptr<mdl_Extension> member) {
+mdl_Extension& mdl_Repository::Insert(int index, std::unique_ptr<mdl_Extension>&& member) {
     if (index < 0 || index > Length()) {
         cow_ThrowIndex(index, Length() + 1LL);
     }
@@ -100,7 +100,7 @@ mdl_Extension& mdl_Repository::Insert(int index, std::unique_ptr<mdl_Extension> 
     }
     CheckNew(member->_name);
     _members.reserve(std::max(_members.capacity(), std::bit_ceil(_members.size() + 1)));
-    _byName.emplace(member->_name, member.get());
+    _byName.insert(member.get());
     member->_owner = this;
     return **_members.insert(_members.begin() + index, std::move(member));
 }
@@ -112,10 +112,9 @@ void mdl_Repository::Rename(const cow_String& from, const cow_String& to) {
     }
     CheckNew(to);
     cow_String name(to);
-    auto entry = _byName.extract(from);  // from may be the member's own name: not used below
-    entry.key() = name;
-    _byName.insert(std::move(entry));
+    auto entry = _byName.extract(&member);  // from may be the member's own name: not used below
     member._name = std::move(name);
+    _byName.insert(std::move(entry));
 }
 
 mdl_Extension& mdl_Repository::CopyMember(const cow_String& from, const cow_String& to) {
@@ -131,7 +130,7 @@ std::unique_ptr<mdl_Extension> mdl_Repository::Remove(const cow_String& name) {
     const int index = IndexOf(name);
     std::unique_ptr<mdl_Extension> member = std::move(_members[static_cast<std::size_t>(index)]);
     _members.erase(_members.begin() + index);
-    _byName.erase(_byName.find(member->_name));
+    _byName.erase(member.get());
     member->_owner = nullptr;
     return member;
 }
