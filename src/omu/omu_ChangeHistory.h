@@ -26,14 +26,14 @@ public:
 
     /// Opens a group. The outermost group's label names the step.
     void Begin(const cow_String& label);
-    /// Records a change that has just been made, in the open group; there must be one. The first
-    /// change of a step forgets what could be redone.
+    /// Records a change that has just been made, in the open group; there must be one.
     void Record(Action undo, Action redo);
-    /// Closes the innermost group. Closing the outermost makes its changes one step; without
-    /// changes it makes none.
+    /// Closes the innermost group. Closing the outermost makes its changes one step, which forgets
+    /// what could be redone; without changes it makes none.
     void Commit();
     /// Undoes the changes of the innermost group, latest first, and closes it. When an undo
-    /// function raises, the rest are still run, then the first error passes through.
+    /// function raises, the rest are still run, nothing can be redone any more, and the first error
+    /// passes through.
     void Rollback();
 
     /// Takes the latest step back; no group may be open and there must be one. When an undo
@@ -45,9 +45,10 @@ public:
 
     [[nodiscard]] bool CanUndo() const noexcept { return !_done.empty() && _groups.empty(); }
     [[nodiscard]] bool CanRedo() const noexcept { return !_undone.empty() && _groups.empty(); }
-    /// Label of the step that Undo or Redo would take; empty if there is none.
-    [[nodiscard]] cow_String UndoLabel() const;
-    [[nodiscard]] cow_String RedoLabel() const;
+    /// Label of the last step that \p steps calls of Undo or Redo would take; empty if there is
+    /// none.
+    [[nodiscard]] cow_String UndoLabel(int steps = 1) const { return Label(_done, steps); }
+    [[nodiscard]] cow_String RedoLabel(int steps = 1) const { return Label(_undone, steps); }
     /// Number of steps that can be undone one after the other.
     [[nodiscard]] int UndoCount() const noexcept { return static_cast<int>(_done.size()); }
     [[nodiscard]] int RedoCount() const noexcept { return static_cast<int>(_undone.size()); }
@@ -66,6 +67,7 @@ private:
         std::vector<Change> changes;
     };
 
+    static cow_String Label(const std::vector<Step>& steps, int last);
     void Move(std::vector<Step>& from, std::vector<Step>& to, bool isUndo, const char* what);
 
     std::vector<Step> _done;

@@ -55,6 +55,11 @@ public:
     /// "Part object"; deeper than omu_TextRepr's MaxRecursion, its MaxRecursionString.
     [[nodiscard]] virtual cow_String AsString(int depth) const;
 
+    /// Takes the object away from its handles, as if it were deleted: an application that can
+    /// undo a deletion keeps the object meanwhile. Restore gives it back to them.
+    void Withdraw();
+    void Restore() noexcept;
+
 protected:
     omu_InterfaceObj();
     /// A copy is an object of its own: handles go on referring to the original.

@@ -30,10 +30,12 @@ public:
         std::string name;
         Getter get;
         Setter set;  ///< empty for a read-only attribute
+        std::string help = {};
     };
     struct MethodEntry {
         std::string name;
         Call call;
+        std::string help = {};
     };
 
     /// \p base, if any, must outlive this type.
@@ -44,8 +46,7 @@ public:
     /// A read-only attribute: `T Class::Name() const`, T with value traits.
     template <class Class, class T>
     omu_InterfaceType Attribute(std::string name, T (Class::*get)() const) && {
-        _attributes.push_back({std::move(name), Reader(get), {}});
-        return std::move(*this);
+        return std::move(*this).Add(AttributeEntry{std::move(name), Reader(get), {}});
     }
     /// An attribute with a setter `void Class::SetName(T)` or `(const T&)`. A value that T's traits
     /// do not accept raises omu_KeywordTypeErrorException with the attribute's name.
@@ -65,8 +66,8 @@ public:
             }
             (self.*set)(std::move(value));
         };
-        _attributes.push_back({std::move(name), Reader(get), std::move(convert)});
-        return std::move(*this);
+        return std::move(*this).Add(
+            AttributeEntry{std::move(name), Reader(get), std::move(convert)});
     }
     /// A method `omu_Primitive* Class::Name(omu_Arguments&)`, const or not. It reads its arguments
     /// from Begin() to End() and returns a new value; null stands for None.
@@ -75,14 +76,18 @@ public:
         static_assert(
             std::is_invocable_r_v<omu_Primitive*, Function Class::*, Class&, omu_Arguments&>,
             "A method takes omu_Arguments& and returns a new omu_Primitive*.");
-        _methods.push_back(
-            {std::move(name), [function](omu_InterfaceObj& self, omu_Arguments& args) {
-                 return (static_cast<Class&>(self).*function)(args);
-             }});
-        return std::move(*this);
+        return std::move(*this).Add(MethodEntry{
+            std::move(name), [function](omu_InterfaceObj& self, omu_Arguments& args) {
+                return (static_cast<Class&>(self).*function)(args);
+            }});
     }
 
+    /// Says what the attribute or method declared last is; ahead of all, what the type is.
+    omu_InterfaceType Help(std::string text) &&;
+
     [[nodiscard]] const std::string& Name() const noexcept { return _name; }
+    /// What Help said of the type; may be empty, as may that of its entries.
+    [[nodiscard]] const std::string& HelpText() const noexcept { return _help; }
     /// Whether \p typeName is this type's name or a base's.
     [[nodiscard]] bool IsA(std::string_view typeName) const noexcept;
     /// The entry of that name, of this type or else of its bases; null when there is none.
@@ -104,8 +109,13 @@ private:
     [[noreturn]] static void RaiseWrongType(const std::string& name, const cow_String& expected,
                                             const omu_Primitive& given);
 
+    omu_InterfaceType Add(AttributeEntry entry) &&;
+    omu_InterfaceType Add(MethodEntry entry) &&;
+
     std::string _name;
     const omu_InterfaceType* _base;
+    std::string _help;
     std::vector<AttributeEntry> _attributes;
     std::vector<MethodEntry> _methods;
+    bool _isMethodLast = false;
 };

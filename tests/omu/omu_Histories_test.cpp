@@ -71,6 +71,8 @@ TEST_F(omu_ChangeHistoryTest, UndoesAndRedoesWholeSteps) {
     Step("c");
     EXPECT_EQ(history.UndoCount(), 2);
     EXPECT_EQ(history.UndoLabel(), "c");
+    EXPECT_EQ(history.UndoLabel(2), "ab");
+    EXPECT_EQ(history.UndoLabel(3), "");
     history.Undo();
     history.Undo();
     EXPECT_EQ(text, "");
@@ -80,6 +82,11 @@ TEST_F(omu_ChangeHistoryTest, UndoesAndRedoesWholeSteps) {
     history.Redo();
     EXPECT_EQ(text, "ab");
     EXPECT_EQ(history.UndoCount(), 1);
+
+    history.Begin("taken back");  // which forgets nothing
+    Write('e');
+    history.Rollback();
+    EXPECT_EQ(history.RedoLabel(), "c");
 
     Step("d");  // forgets the undone "c"
     EXPECT_FALSE(history.CanRedo());

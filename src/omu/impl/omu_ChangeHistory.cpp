@@ -51,7 +51,6 @@ void omu_ChangeHistory::Record(Action undo, Action redo) {
         Refuse("Record", "a function is empty", __LINE__);
     }
     _open.changes.push_back({std::move(undo), std::move(redo)});
-    _undone.clear();
 }
 
 void omu_ChangeHistory::Commit() {
@@ -64,6 +63,7 @@ void omu_ChangeHistory::Commit() {
     if (_groups.size() == 1 && !_open.changes.empty()) {
         _done.push_back(std::move(_open));
         _open = Step();
+        _undone.clear();
     }
     _groups.pop_back();
 }
@@ -93,6 +93,7 @@ void omu_ChangeHistory::Rollback() {
         _groups.pop_back();
     }
     if (first != nullptr) {
+        _undone.clear();
         std::rethrow_exception(first);
     }
 }
@@ -147,12 +148,10 @@ void omu_ChangeHistory::Move(std::vector<Step>& from, std::vector<Step>& to, boo
     to.push_back(std::move(step));
 }
 
-cow_String omu_ChangeHistory::UndoLabel() const {
-    return _done.empty() ? cow_String() : _done.back().label;
-}
-
-cow_String omu_ChangeHistory::RedoLabel() const {
-    return _undone.empty() ? cow_String() : _undone.back().label;
+cow_String omu_ChangeHistory::Label(const std::vector<Step>& steps, int last) {
+    const auto count = static_cast<int>(steps.size());
+    return last < 1 || last > count ? cow_String()
+                                    : steps[static_cast<std::size_t>(count - last)].label;
 }
 
 void omu_ChangeHistory::Clear() noexcept {

@@ -17,6 +17,15 @@ omu_InterfaceObj::omu_InterfaceObj(const omu_InterfaceObj&) : omu_InterfaceObj()
 
 omu_InterfaceObj::~omu_InterfaceObj() { _cell->object = nullptr; }
 
+void omu_InterfaceObj::Withdraw() {
+    if (!_cell->name.IsEmpty()) {
+        _cell->name = AsString(0);  // as it is called by now
+    }
+    _cell->object = nullptr;
+}
+
+void omu_InterfaceObj::Restore() noexcept { _cell->object = this; }
+
 const omu_InterfaceType& omu_InterfaceObj::StaticType() {
     static const omu_InterfaceType type("");
     return type;

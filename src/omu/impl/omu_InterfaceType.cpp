@@ -31,6 +31,26 @@ omu_InterfaceType::omu_InterfaceType(std::string name, const omu_InterfaceType* 
 omu_InterfaceType::~omu_InterfaceType() = default;
 omu_InterfaceType::omu_InterfaceType(omu_InterfaceType&&) noexcept = default;
 
+omu_InterfaceType omu_InterfaceType::Add(AttributeEntry entry) && {
+    _attributes.push_back(std::move(entry));
+    _isMethodLast = false;
+    return std::move(*this);
+}
+
+omu_InterfaceType omu_InterfaceType::Add(MethodEntry entry) && {
+    _methods.push_back(std::move(entry));
+    _isMethodLast = true;
+    return std::move(*this);
+}
+
+omu_InterfaceType omu_InterfaceType::Help(std::string text) && {
+    std::string& help = _isMethodLast          ? _methods.back().help
+                        : !_attributes.empty() ? _attributes.back().help
+                                               : _help;
+    help = std::move(text);
+    return std::move(*this);
+}
+
 bool omu_InterfaceType::IsA(std::string_view typeName) const noexcept {
     return _name == typeName || (_base != nullptr && _base->IsA(typeName));
 }
