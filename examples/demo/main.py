@@ -1,6 +1,7 @@
-"""A working session on a real part: reads a mesh, judges it, loads it, and draws what comes of it.
+"""A working session on a real part: reads a mesh, judges it, loads it step by step, saves and reopens
+the model, and draws what comes of it.
 
-    caehost examples/demo/main.py [MESH] [--pictures FOLDER]
+    caehost examples/demo/main.py [MESH] [--pictures FOLDER] [--model FILE]
 
 MESH is a VTK or STL file; without one it is the bracket beside this script. Run it with
 --journal FILE: afterwards `caehost FILE` repeats every command, prints the same report and draws
@@ -27,6 +28,9 @@ UNITS = {"length": "mm", "mass": "kg"}
 BORE = {"centre": (40, 70), "radius": 18}  # y, z
 BOLTS = {"centres": [(45, 15), (45, 65), (100, 15), (100, 65)], "radius": 5.5}  # x, y
 LOAD = (0.0, 3000.0, -6000.0)  # N, of the shaft
+# The shaft presses on the half of the bore that it is pulled to, most in the middle of it: the
+# bands are the cosines of the angle off that middle.
+BANDS = {"middle": (0.8, 1.01), "sides": (0.4, 0.8), "rims": (1e-9, 0.4)}
 
 
 def make_part(path):
@@ -41,7 +45,7 @@ def make_part(path):
     say()
     # A block of cells for each type, named by its symbolic constant: (TET4, array), ...
     blocks = [(globals()[constant], nodes) for constant, nodes, _ in mesh.blocks()]
-    return part(name, mesh.points, blocks), mesh
+    return part(name, mesh.points, blocks).name, mesh
 
 
 def make_groups(name):
@@ -67,31 +71,78 @@ def mounting_check(name):
         say("    " + " ".join(f"{value:z10.1f}" for value in row) + "  kg mm^2")
 
 
-def load_bracket(name, mesh):
-    """Bolts hold the bracket, a shaft pulls in its bore: displacements and stresses as fields."""
+def load_bracket(name, points):
+    """Material, supports and loads of the bracket, through the steps of its service."""
+    with changes("node sets"):
+        held = np.zeros(len(points), bool)
+        for centre in BOLTS["centres"]:
+            held |= np.isclose(np.hypot(*(points[:, :2] - centre).T), BOLTS["radius"])
+        nodeSet(name, "bolt holes", np.flatnonzero(held).astype(np.int32))
+        outward = points[:, 1:] - BORE["centre"]
+        distance = np.hypot(*outward.T)
+        cosine = np.where(np.isclose(distance, BORE["radius"]),
+                          outward @ LOAD[1:] / np.hypot(*LOAD[1:]) / BORE["radius"], 0)
+        for band, (low, high) in BANDS.items():
+            members = np.flatnonzero((cosine >= low) & (cosine < high)).astype(np.int32)
+            nodeSet(name, f"bore {band}", members)
+    steel = material("steel", "structural steel", density=STEEL, elastic=(YOUNG, POISSON))
+    assignMaterial(name, steel)
+
+    mounted = step("mounted", description="held by its bolts")
+    running = step("running", description="the shaft pulls")
+    overload = step("overload", description="half as much again")
+    stopped = step("stopped", description="the shaft is taken out")
+    support("bolts", mounted, name, "bolt holes", x=0, y=0, z=0)
+    total = np.maximum(cosine, 0).sum()
+    for band, (low, high) in BANDS.items():
+        chosen = cosine[(cosine >= low) & (cosine < high)]
+        x, y, z = chosen.mean() / total * np.array(LOAD)  # at each node
+        shaft = force(f"shaft {band}", running, name, f"bore {band}", y=y, z=z)
+        setLoad(shaft, overload, y=1.5 * y, z=1.5 * z)
+        deactivate(shaft, stopped)
+    say("Loads and supports through the steps")
+    stepTable()
+    say()
+    loadTable("shaft middle")
+
+
+def keep(path):
+    """Saves the model, spoils it, takes that back, and opens what was saved."""
+    saveModel(path)
+    deleteStep("overload")
+    say(f"Saved the model. Deleted step 'overload': {len(steps())} steps are left.")
+    say(f"Undo of {undo()}: {len(steps())} steps.")
+    openModel(path)
+    say(f"Opened what was saved: {len(parts())} part, {len(steps())} steps, {len(loads())} loads.")
+
+
+def solve(name, mesh, now):
+    """Displacements and stresses in a step, as fields of the part: what the model says acts there."""
     (_, cells, _), = mesh.solids()
     points = mesh.points
-    body = elasticity.Body(points, cells, YOUNG, POISSON)
-    held = np.zeros(len(points), bool)
-    for centre in BOLTS["centres"]:
-        held |= np.isclose(np.hypot(*(points[:, :2] - centre).T), BOLTS["radius"])
-    # The shaft presses on the half of the bore that it is pulled to, most in the middle of it.
-    outward = points[:, 1:] - BORE["centre"]
-    in_bore = np.isclose(np.hypot(*outward.T), BORE["radius"])
-    pressed = np.where(in_bore, np.maximum(outward @ LOAD[1:], 0), 0)
-    forces = np.outer(pressed / pressed.sum(), LOAD)
-
-    moved = body.solve(np.repeat(held[:, None], 3, axis=1), forces)
-    stress = body.stress(moved)
-    at_points = body.at_points(elasticity.von_mises(stress))
-    field(name, "displacement", moved)
+    held, moved = np.zeros((len(points), 3), bool), np.zeros((len(points), 3))
+    forces = np.zeros((len(points), 3))
+    for load in loads():
+        if status(load, now) not in (CREATED, PROPAGATED, MODIFIED):
+            continue
+        nodes = nodesOf(name, load.region)
+        for component, state in loadState(load, now).items():
+            if component != "amplitude" and state["state"] in (SET, UNCHANGED):
+                axis = "xyz".index(component)
+                held[nodes, axis] |= load.kind == SUPPORT
+                (moved if load.kind == SUPPORT else forces)[nodes, axis] += state["value"]
+    body = elasticity.Body(points, cells, *materialValue("steel", "elastic", 20))
+    displacement = body.solve(held, forces, moved)
+    stress = elasticity.von_mises(body.stress(displacement))
+    at_points = body.at_points(stress)
+    field(name, "displacement", displacement)
     field(name, "stress", at_points)
-    field(name, "stress by cells", elasticity.von_mises(stress), CELLS)
+    field(name, "stress by cells", stress, CELLS)
     worst = int(np.argmax(at_points))
-    say(f"Under {np.linalg.norm(LOAD):.0f} N in the bore it moves by up to "
-        f"{np.linalg.norm(moved, axis=1).max():.3f} mm; the greatest stress (von Mises)")
-    say("is %.0f MPa at (%.1f, %.1f, %.1f)." % (at_points[worst], *points[worst]))
-    return points[held], points[pressed > 0]
+    say(f"Step '{now}': {np.linalg.norm(forces.sum(axis=0)):.0f} N in the bore move it by up to "
+        f"{np.linalg.norm(displacement, axis=1).max():.3f} mm; the")
+    say("greatest stress (von Mises) is %.0f MPa at (%.1f, %.1f, %.1f)."
+        % (at_points[worst], *points[worst]))
 
 
 def look_from(direction):
@@ -101,7 +152,7 @@ def look_from(direction):
     fit()
 
 
-def draw(name, folder, supports, loads):
+def draw(name, folder):
     """Views of the part and contours of its fields, as PNG files in a folder: their paths."""
     paths = []
 
@@ -113,17 +164,15 @@ def draw(name, folder, supports, loads):
     light(2, latitude=75, longitude=0, diffuse="Grey50", specular="Black")  # more from above
     projection(PARALLEL)
     show(name, FEATURE_EDGES, color="#7088A0")
-    if len(supports):
-        marker(supports, FILLED_TRIANGLE, 9, "Blue")
-        marker(loads, FILLED_CIRCLE, 9, "Red")
-        caption("blue: held by the bolts\nred: pressed by the shaft", (98, 4), align=RIGHT)
+    if loads():
+        markLoads("running")
     look_from((1, -0.7, 0.6))
     picture("1_iso.png")
     look_from((1, 0, 0))
     picture("2_front.png")
     look_from((0, 0, 1))
     picture("3_top.png")
-    if len(supports):
+    if loads():
         clearMarkers()
         clearLabels()
         contour(name, "displacement", minimum=0, maximum=0.06, smooth=ON, title="displacement [mm]")
@@ -160,9 +209,10 @@ def main():
     parser.add_argument("mesh", nargs="?", default=BRACKET, help="a VTK or STL file")
     parser.add_argument("--pictures", default="demo_pictures", metavar="FOLDER",
                         help="where they are written; %(default)s by default")
+    parser.add_argument("--model", default="demo_model.cae", metavar="FILE",
+                        help="where the model is saved; %(default)s by default")
     options = parser.parse_args()
     name, mesh = make_part(options.mesh)
-    supports = loads = ()
     if mesh.solids():
         make_groups(name)
         report(name, STEEL, units=UNITS, measure=MEAN_RATIO, worst=3)
@@ -170,10 +220,14 @@ def main():
         mounting_check(name)
     if options.mesh == BRACKET:
         say()
-        supports, loads = load_bracket(name, mesh)
+        load_bracket(name, mesh.points)
+        say()
+        keep(options.model)
+        say()
+        solve(name, mesh, "running")
     show_errors(name)
     try:
-        paths = draw(name, options.pictures, supports, loads)
+        paths = draw(name, options.pictures)
     except RuntimeError as error:  # this host has no room to draw in
         print(f"\n{error}")
         return

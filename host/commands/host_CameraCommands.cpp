@@ -1,6 +1,8 @@
 #include "host_CameraCommands.h"
 
 #include "host_CommandTools.h"
+#include "host_MemberArgument.h"
+#include "host_Part.h"
 #include "host_Framing.h"
 #include "host_View.h"
 
@@ -268,7 +270,7 @@ void host_RegisterCameraCommands(host_CommandTable& table, const std::function<v
                "as deformed, markers, points with labels, and a margin of a twentieth on each "
                "side. What\n"
                "is turned afterwards may reach out of the picture: then fit again, or zoom(-20).",
-               {{"part", "str", "name of a shown part, to fit it alone", "''", {}}},
+               {host_MemberParameter<host_Part>("part", "a shown part, to fit it alone", "''")},
                [poll](omu_Arguments& args) { return Fit(args, poll); }});
     table.Add({"zoom",
                "Makes everything larger, or with a negative percentage smaller: 50 shows what was\n"

@@ -35,6 +35,12 @@ struct host_Command {
     std::function<omu_Primitive*(omu_Arguments&)> run;
     /// Whether a successful call enters the journal; queries that change nothing may stay out.
     bool isJournalled = true;
+    /// Whether it changes the model: each call then is a step that can be undone, and one that
+    /// fails leaves the model as it was. Set by host_CommandTable::AddChange.
+    bool changesModel = false;
+    /// What run, which then only checks, leaves to be done when the call is in the journal: for
+    /// what cannot be taken back where the journal cannot be written. Reads the arguments again.
+    std::function<void(omu_Arguments&)> finish = {};
 
     /// "box(points, name='part', shape=OFF)".
     [[nodiscard]] std::string Signature() const;
@@ -48,11 +54,20 @@ public:
 
     /// Adds a command; one of the same name is replaced.
     void Add(host_Command command);
+    /// Adds one that changes the model.
+    void AddChange(host_Command command) {
+        command.changesModel = true;
+        Add(std::move(command));
+    }
     /// The command of that name, or null.
     [[nodiscard]] const host_Command* Find(const std::string& name) const;
     [[nodiscard]] const std::vector<host_Command>& All() const noexcept { return _commands; }
-    /// The symbolic constants that scripts can import: the words of switches and what parameters
-    /// of commands have named.
+    /// Names constants that results hold, for scripts to import.
+    void AddConstants(const std::vector<std::string>& names) {
+        _constants.insert(names.begin(), names.end());
+    }
+    /// The symbolic constants that scripts can import: the words of switches, what parameters of
+    /// commands have named, and what was added.
     [[nodiscard]] const std::set<std::string>& Constants() const noexcept { return _constants; }
 
 private:

@@ -2,6 +2,9 @@
 
 #include "g3d_ColorErrorException.h"
 #include "g3d_ColorMap.h"
+#include "host_MemberArgument.h"
+#include "host_Part.h"
+#include "host_Progress.h"
 #include "omi_Singleton.h"
 #include "omu_RangeChecker.h"
 
@@ -64,12 +67,11 @@ const omu_Primitive* host_Given(const omu_Arguments& args, int index, const char
 }
 
 cow_String host_GetOnlyPart(omu_Arguments& args, bool isRequired) {
-    cow_String part;
     args.Begin();
     if (!isRequired) {
         args.Optional();
     }
-    args.Get(part, "part");
+    cow_String part = host_GetName<host_Part>(args, "part");
     args.End();
     return part;
 }
@@ -89,11 +91,49 @@ std::vector<host_Parameter> host_WithPictureSize(std::vector<host_Parameter> par
     return parameters;
 }
 
+namespace {
+
+/// The numbers of a sequence of sequences of numbers, all of one length; nothing where it is none,
+/// which the getter explains. Faster than that, and a long one can be interrupted.
+std::optional<omu_PrimArray> PlainRows(const omu_Primitive* given) {
+    const auto* rows = dynamic_cast<const omu_PrimTuple*>(given);
+    if (rows == nullptr || rows->Length() == 0) {
+        return {};
+    }
+    host_Progress progress("Reading points", static_cast<std::size_t>(rows->Length()));
+    std::vector<double> values;
+    int columns = 0;
+    for (int i = 0; i < rows->Length(); ++i) {
+        progress.Count();
+        const auto* row = dynamic_cast<const omu_PrimTuple*>(rows->Index(i));
+        if (row == nullptr || row->Length() == 0 || (i > 0 && row->Length() != columns)) {
+            return {};
+        }
+        columns = row->Length();
+        for (int j = 0; j < columns; ++j) {
+            const omu_Primitive* value = row->Index(j);
+            const auto* number = value != nullptr ? omu_PrimCast<omu_PrimNumber>(*value) : nullptr;
+            if (number == nullptr) {
+                return {};
+            }
+            values.push_back(number->Value());
+        }
+    }
+    return omu_PrimArray(std::move(values), {rows->Length(), columns});
+}
+
+}  // namespace
+
 omu_PrimArray host_GetPoints(omu_Arguments& args, int index, const char* keyword) {
     if (host_IsArray(args, index, keyword)) {
         omu_PrimArray array;
         args.Get(array, keyword);
         return array;
+    }
+    if (std::optional<omu_PrimArray> plain = PlainRows(host_Given(args, index, keyword))) {
+        omu_PrimTuple passed('(');
+        args.Get(passed, keyword);
+        return *std::move(plain);
     }
     cow_2DArray<double> rows;
     args.Get(rows, keyword);

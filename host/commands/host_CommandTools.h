@@ -63,7 +63,7 @@ void host_GetConstant(omu_Arguments& args, E& value, const char* keyword) {
 [[nodiscard]] std::optional<double> host_GetOrAuto(omu_Arguments& args, int index,
                                                    const char* keyword);
 
-/// The only parameter of a command, the name of a part; \p isRequired, or empty by default.
+/// The only parameter of a command, a part or its name; \p isRequired, or empty by default.
 [[nodiscard]] cow_String host_GetOnlyPart(omu_Arguments& args, bool isRequired);
 
 /// Of a picture [pixels].

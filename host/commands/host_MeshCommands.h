@@ -2,7 +2,7 @@
 
 class host_CommandTable;
 
-/// Adds the commands on parts and their meshes: part, deletePart, legalName, group, boundingBox,
-/// surfaceArea, volume, massProperties, elementQuality, report, say. Parts live in
-/// host_PartTable::Instance().
+/// Adds the commands on parts and their meshes: part, deletePart, legalName, group, nodeSet,
+/// cellsOf, nodesOf, field, boundingBox, surfaceArea, volume, massProperties, elementQuality,
+/// report, say.
 void host_RegisterMeshCommands(host_CommandTable& table);

@@ -1,21 +1,15 @@
 #include "host_PartReport.h"
 
+#include "host_PartMass.h"
+#include "host_Progress.h"
+#include "host_ReportText.h"
+
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <initializer_list>
 #include <numeric>
 
 namespace {
-
-/// Six significant digits, as printf's %g in the C locale.
-std::string Text(double value) {
-    char buffer[40];
-    const auto end =
-        std::to_chars(buffer, buffer + sizeof buffer, value == 0 ? 0.0 : value /* never -0 */,
-                      std::chars_format::general, 6);
-    return {buffer, end.ptr};
-}
 
 std::string Texts(std::initializer_list<double> values, double scale) {
     for (const double value : values) {
@@ -24,7 +18,8 @@ std::string Texts(std::initializer_list<double> values, double scale) {
     std::string text;
     for (const double value : values) {
         // What is nothing beside its neighbours, or beside scale, is rounding.
-        text += (text.empty() ? "" : ", ") + Text(std::abs(value) < 1e-12 * scale ? 0 : value);
+        text += (text.empty() ? "" : ", ") +
+                host_NumberText(std::abs(value) < 1e-12 * scale ? 0 : value);
     }
     return text;
 }
@@ -33,16 +28,8 @@ std::string Texts(const host_Point& point, double scale) {
     return "(" + Texts({point[0], point[1], point[2]}, scale) + ")";
 }
 
-std::string PadLeft(const std::string& text, std::size_t width) {
-    return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
-}
-
-std::string PadRight(const std::string& text, std::size_t width) {
-    return text.size() < width ? text + std::string(width - text.size(), ' ') : text;
-}
-
 std::string Line(const char* label, const std::string& value, const std::string& unit = {}) {
-    return "  " + PadRight(label, 18) + value + (unit.empty() ? "" : " " + unit) + "\n";
+    return "  " + host_PadRight(label, 18) + value + (unit.empty() ? "" : " " + unit) + "\n";
 }
 
 std::string Power(const std::string& unit, const char* exponent) {
@@ -94,10 +81,10 @@ std::string Histogram(const host_QualitySummary& quality, host_QualityMeasure me
     for (int bin = 0; bin < bins; ++bin) {
         const int count = counts[static_cast<std::size_t>(bin)];
         const auto bar = static_cast<std::size_t>((40LL * count + most - 1) / most);
-        text += "    " + PadLeft(Text(low + (high - low) * bin / bins), 8) + " to " +
-                PadRight(Text(low + (high - low) * (bin + 1) / bins), 8) + " " +
-                PadLeft(std::to_string(count), 7) + (bar > 0 ? " " : "") + std::string(bar, '#') +
-                "\n";
+        text += "    " + host_PadLeft(host_NumberText(low + (high - low) * bin / bins), 8) +
+                " to " + host_PadRight(host_NumberText(low + (high - low) * (bin + 1) / bins), 8) +
+                " " + host_PadLeft(std::to_string(count), 7) + (bar > 0 ? " " : "") +
+                std::string(bar, '#') + "\n";
     }
     return text;
 }
@@ -107,64 +94,78 @@ std::string QualityText(const host_Mesh& mesh, const std::vector<int>& cells,
     const host_QualitySummary quality(mesh, cells, options.measure, options.worst);
     const double size = Size(mesh);
     std::string text = "\n  Quality of cells by " + ConstantName(options.measure) +
-                       ", 1 is ideal\n" + Line("least", Text(quality.least)) +
-                       Line("mean", Text(quality.mean)) + Line("greatest", Text(quality.greatest)) +
+                       ", 1 is ideal\n" + Line("least", host_NumberText(quality.least)) +
+                       Line("mean", host_NumberText(quality.mean)) +
+                       Line("greatest", host_NumberText(quality.greatest)) +
                        Histogram(quality, options.measure, options.bins);
     if (!quality.worst.empty()) {
         text += "  The worst cells, numbered from 0\n";
     }
     for (const std::size_t place : quality.worst) {
         const int cell = cells[place];
-        text += "    cell " + PadLeft(std::to_string(cell), 7) + "  " +
-                PadRight(Text(quality.values[place]), 10) + " about " +
+        text += "    cell " + host_PadLeft(std::to_string(cell), 7) + "  " +
+                host_PadRight(host_NumberText(quality.values[place]), 10) + " about " +
                 Texts(mesh.Middle(cell), size) + "\n";
     }
     return text;
 }
 
 /// Volume, mass, centre and inertia; surface cells have none.
-std::string SolidText(const host_Part& part, const std::vector<int>& cells,
-                      const host_ReportOptions& options) {
-    if (!cells.empty() && std::all_of(cells.begin(), cells.end(), [&](int cell) {
-            return host_Mesh::IsSurface(part.mesh.Type(cell));
-        })) {
+std::string SolidText(const host_Part& part, const host_ReportOptions& options) {
+    const host_PartMass found(part, options.density);
+    if (found.IsSurface()) {
         return Line("volume", "none, all cells are surface cells");
     }
-    const host_Moments moments = part.mesh.Moments(cells);
-    const double size = Size(part.mesh);
+    const double size = Size(part.Mesh());
     const std::string& length = options.lengthUnit;
     const std::string& mass = options.massUnit;
+    std::string text = Line("volume", host_NumberText(found.Volume()), Power(length, "^3"));
+    if (found.WithoutDensity() > 0) {
+        return text + Line("mass", "none, " + std::to_string(found.WithoutDensity()) +
+                                       " solid cells have no material with a density");
+    }
     const std::string inertiaUnit =
         mass.empty() || length.empty() ? "" : mass + " " + length + "^2";
-    const auto [xx, yy, zz, xy, yz, xz] = moments.Inertia(options.density, moments.centre);
-    return Line("volume", Text(moments.volume), Power(length, "^3")) +
-           Line("mass", Text(options.density * moments.volume), mass) +
-           Line("centre of mass", Texts(moments.centre, size), length) +
+    const auto [xx, yy, zz, xy, yz, xz] = found.Inertia(found.Centre());
+    return text + Line("mass", host_NumberText(found.Mass()), mass) +
+           Line("centre of mass", Texts(found.Centre(), size), length) +
            Line("inertia about it", "Ixx, Iyy, Izz = " + Texts({xx, yy, zz}, xx + yy + zz),
                 inertiaUnit) +
            Line("", "Ixy, Iyz, Ixz = " + Texts({xy, yz, xz}, xx + yy + zz), inertiaUnit);
 }
 
+std::string MaterialText(const host_Part& part) {
+    std::string text =
+        part.Get().materials.empty() ? "" : "\n  Materials, of which the last counts\n";
+    for (const auto& [group, material] : part.Get().materials) {
+        text += "    " + host_PadRight(group.IsEmpty() ? "(whole part)" : group.Std(), 18) +
+                material.Std() + "\n";
+    }
+    return text;
+}
+
 std::string FieldText(const host_Part& part) {
-    std::string text = part.fields.empty() ? "" : "\n  Fields\n";
-    for (const auto& [name, field] : part.fields) {
+    std::string text = part.Get().fields.empty() ? "" : "\n  Fields\n";
+    for (const auto& [name, field] : part.Get().fields) {
         const auto [low, high] = field->Range(host_Component::Magnitude);
-        text += "    " + PadRight(name.Std(), 18) + PadRight(ConstantName(field->position), 6) +
-                (field->components == 1 ? "numbers, " : "vectors of length ") + Text(low) + " to " +
-                Text(high) + "\n";
+        text += "    " + host_PadRight(name.Std(), 18) +
+                host_PadRight(ConstantName(field->position), 6) +
+                (field->components == 1 ? "numbers, " : "vectors of length ") +
+                host_NumberText(low) + " to " + host_NumberText(high) + "\n";
     }
     return text;
 }
 
 std::string GroupText(const host_Part& part, const std::string& volumeUnit) {
-    std::string text = part.groups.empty() ? "" : "\n  Groups of cells\n";
+    std::string text = part.Get().groups.empty() ? "" : "\n  Groups of cells\n";
     std::size_t width = 16;
-    for (const auto& group : part.groups) {
+    for (const auto& group : part.Get().groups) {
         width = std::max(width, group.first.Std().size() + 2);
     }
-    for (const auto& [name, cells] : part.groups) {
-        text += "    " + PadRight(name.Std(), width) + PadLeft(std::to_string(cells.size()), 7) +
-                " cells, volume " + Text(part.mesh.Moments(cells).volume) +
+    for (const auto& [name, cells] : part.Get().groups) {
+        text += "    " + host_PadRight(name.Std(), width) +
+                host_PadLeft(std::to_string(cells->size()), 7) + " cells, volume " +
+                host_NumberText(part.Mesh().Moments(*cells).volume) +
                 (volumeUnit.empty() ? "" : " " + volumeUnit) + "\n";
     }
     return text;
@@ -175,7 +176,9 @@ std::string GroupText(const host_Part& part, const std::string& volumeUnit) {
 host_QualitySummary::host_QualitySummary(const host_Mesh& mesh, const std::vector<int>& cells,
                                          host_QualityMeasure measure, int worstCount) {
     values.reserve(cells.size());
+    host_Progress progress("Judging cells", cells.size());
     for (const int cell : cells) {
+        progress.Count();
         values.push_back(mesh.Quality(cell, measure));
     }
     const auto [low, high] = std::minmax_element(values.begin(), values.end());
@@ -188,28 +191,31 @@ host_QualitySummary::host_QualitySummary(const host_Mesh& mesh, const std::vecto
     const std::size_t count = std::min(order.size(), static_cast<std::size_t>(worstCount));
     const auto middle = order.begin() + static_cast<std::ptrdiff_t>(count);
     const double sign = measure == host_QualityMeasure::EdgeRatio ? -1 : 1;
+    host_Progress sorting("Sorting cells");
     std::partial_sort(order.begin(), middle, order.end(), [&](std::size_t a, std::size_t b) {
+        sorting.Count();
         return values[a] == values[b] ? a < b : sign * values[a] < sign * values[b];
     });
     worst.assign(order.begin(), middle);
 }
 
 std::string host_PartReport(const host_Part& part, const host_ReportOptions& options) {
-    const host_Mesh& mesh = part.mesh;
+    const host_Mesh& mesh = part.Mesh();
     const std::vector<int> cells = part.Cells({});
     const auto box = mesh.BoundingBox();
     const double size = Size(mesh);
     const std::string& length = options.lengthUnit;
 
     std::string text =
-        "Part '" + part.name.Std() + "'\n" + Line("points", std::to_string(mesh.Points().size())) +
-        Line("cells", CellCounts(mesh)) +
+        "Part '" + part.Name().Std() + "'\n" +
+        Line("points", std::to_string(mesh.Points().size())) + Line("cells", CellCounts(mesh)) +
         Line("outer faces", std::to_string(mesh.OuterFaces().size())) +
         Line("bounding box", Texts(box.low, size) + " to " + Texts(box.high, size), length) +
-        Line("surface area", Text(mesh.SurfaceArea()), Power(length, "^2")) +
-        SolidText(part, cells, options);
+        Line("surface area", host_NumberText(mesh.SurfaceArea()), Power(length, "^2")) +
+        SolidText(part, options);
     if (!cells.empty()) {
         text += QualityText(mesh, cells, options);
     }
-    return text + GroupText(part, Power(options.lengthUnit, "^3")) + FieldText(part);
+    return text + GroupText(part, Power(options.lengthUnit, "^3")) + MaterialText(part) +
+           FieldText(part);
 }

@@ -1,13 +1,14 @@
 #pragma once
 
-#include "host_PartTable.h"
+#include "host_Part.h"
 
+#include <optional>
 #include <string>
 
 /// What a report shows beside the part itself.
 struct host_ReportOptions {
-    double density = 1;
-    std::string lengthUnit;  ///< empty: numbers stand alone
+    std::optional<double> density;  ///< nothing: that of each cell's material, see host_PartMass
+    std::string lengthUnit;         ///< empty: numbers stand alone
     std::string massUnit;
     host_QualityMeasure measure = host_QualityMeasure::ScaledJacobian;
     int worst = 5;  ///< how many of the worst cells are listed

@@ -3,6 +3,7 @@
 #include "g3d_Utils.h"
 #include "host_CameraCommands.h"
 #include "host_CommandTools.h"
+#include "host_MemberArgument.h"
 #include "host_TextCommands.h"
 #include "host_View.h"
 #include "omu_Get.h"
@@ -106,7 +107,7 @@ omu_Primitive* Show(omu_Arguments& args, const Poll& poll) {
     cow_String edgeColor("Black");
     double edgeWidth = 1;
     args.Begin();
-    args.Get(part, "part");
+    part = host_GetName<host_Part>(args, "part");
     args.Optional();
     host_GetConstant(args, mode, "mode");
     args.Get(color, "color");
@@ -132,7 +133,7 @@ omu_Primitive* Contour(omu_Arguments& args, const Poll& poll) {
     bool isReversed = false;
     cow_String title;
     args.Begin();
-    args.Get(part, "part");
+    part = host_GetName<host_Part>(args, "part");
     args.Get(settings.field, "field");
     args.Optional();
     host_GetConstant(args, settings.component, "component");
@@ -163,7 +164,7 @@ omu_Primitive* Deform(omu_Arguments& args, const Poll& poll) {
     cow_String part;
     cow_String field;
     args.Begin();
-    args.Get(part, "part");
+    part = host_GetName<host_Part>(args, "part");
     args.Get(field, "field");
     args.Optional();
     const std::optional<double> scale = host_GetOrAuto(args, 2, "scale");
@@ -320,7 +321,7 @@ omu_Primitive* Legend(omu_Arguments& args, const Poll& poll) {
 
 // --- Their declarations ------------------------------------------------------------------------
 
-const host_Parameter kPart{"part", "str", "name of a part", "", {}};
+const host_Parameter kPart = host_MemberParameter<host_Part>("part", "a part");
 const host_Parameter kOnTop{
     "onTop", "ON or OFF", "whether they show through what is before them", "OFF", {}};
 
@@ -350,7 +351,7 @@ void host_RegisterViewCommands(host_CommandTable& table, const host_PictureRoom&
          [poll](omu_Arguments& args) { return Show(args, poll); }});
     table.Add({"hide",
                "Shows a part no longer, or no part at all. Contours and deformation are forgotten.",
-               {{"part", "str", "name of a part; all parts by default", "''", {}}},
+               {host_MemberParameter<host_Part>("part", "a part; all parts by default", "''")},
                Hide});
     table.Add(
         {"contour",
@@ -388,7 +389,7 @@ void host_RegisterViewCommands(host_CommandTable& table, const host_PictureRoom&
          [poll](omu_Arguments& args) { return Contour(args, poll); }});
     table.Add({"clearContour",
                "Shows a part in its own colour again, or all parts.",
-               {{"part", "str", "name of a part; all parts by default", "''", {}}},
+               {host_MemberParameter<host_Part>("part", "a part; all parts by default", "''")},
                ClearContour});
     table.Add(
         {"deform",

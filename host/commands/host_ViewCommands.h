@@ -2,6 +2,7 @@
 
 #include "host_Command.h"
 #include "host_Interpreter.h"
+#include "host_Progress.h"
 #include "host_Renderer.h"
 
 #include <functional>
@@ -11,7 +12,7 @@
 struct host_PictureRoom {
     std::function<host_Renderer&()> renderer = &host_Renderer::Instance;
     std::function<void(const host_Image&, const std::string&)> write = &host_WritePng;
-    std::function<void()> poll = &host_CheckInterrupt;
+    std::function<void()> poll = &host_Poll;
     /// Runs what touches no Python object, while other Python threads run.
     std::function<void(const std::function<void()>&)> aside = [](const auto& work) {
         const host_WithoutInterpreter without;

@@ -14,7 +14,7 @@
 namespace {
 
 /// Where the calling thread's lines go while a step that will repeat them is being done.
-thread_local std::vector<std::string>* heldBack = nullptr;
+thread_local std::vector<host_JournalEntry::Line>* heldBack = nullptr;
 
 [[noreturn]] void Raise(const std::filesystem::path& path) {
     throw std::filesystem::filesystem_error("cannot write the journal", path,
@@ -26,6 +26,8 @@ host_PythonText MakeText() {
         [](const omu_InterfaceHandle& object) { return host_Journal::Instance().NameOf(object); });
 }
 
+std::string Name(int number) { return "object_" + std::to_string(number); }
+
 /// Appends the name of an application object and a dot.
 void AppendObject(host_PythonText& text, const omu_InterfaceHandle& object) {
     omu_PrimWrapper wrapper(object.Get());
@@ -33,11 +35,24 @@ void AppendObject(host_PythonText& text, const omu_InterfaceHandle& object) {
     text.Append(".");
 }
 
-void Deliver(const std::string& line) {
+/// Whether \p write, which is called until nothing is left, has written all.
+template <class Write>
+bool WriteAll(std::string_view text, const Write& write) {
+    while (!text.empty()) {
+        const ssize_t count = write(text.data(), text.size());
+        if (count < 0 && errno != EINTR) {
+            return false;
+        }
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    return true;
+}
+
+void Deliver(const host_JournalEntry::Line& line) {
     if (heldBack != nullptr) {
         heldBack->push_back(line);
     } else {
-        host_Journal::Instance().Record(line);
+        host_Journal::Instance().Record(line.text);
     }
 }
 
@@ -68,20 +83,31 @@ void host_Journal::Close() noexcept {
 }
 
 void host_Journal::Write(std::string line) {
+    // A process that is killed here may leave a part of the line. It is a comment until all of it
+    // is there; only then its first character is put in place.
+    const std::size_t lastLine = line.rfind('\n') + 1;
     line += '\n';
     const off_t start = ::lseek(_file, 0, SEEK_END);
-    for (std::size_t written = 0; written < line.size();) {
-        const ssize_t count = ::write(_file, line.data() + written, line.size() - written);
-        if (count >= 0) {
-            written += static_cast<std::size_t>(count);
-        } else if (errno != EINTR) {
-            const int cause = errno;
-            if (start >= 0 && ::ftruncate(_file, start) != 0) {
-                // Half a line stays; the error below tells of it.
-            }
-            errno = cause;
-            Raise(_path);
+    const bool isFile = start >= 0;
+    const char first = line[lastLine];
+    if (isFile) {
+        line[lastLine] = '#';
+    }
+    bool isWritten = WriteAll(
+        line, [this](const char* from, std::size_t size) { return ::write(_file, from, size); });
+    if (isWritten && isFile) {
+        const off_t place = start + static_cast<off_t>(lastLine);
+        isWritten = WriteAll({&first, 1}, [this, place](const char* from, std::size_t size) {
+            return ::pwrite(_file, from, size, place);
+        });
+    }
+    if (!isWritten) {
+        const int cause = errno;
+        if (isFile && ::ftruncate(_file, start) != 0) {
+            // Half a line stays; the error below tells of it.
         }
+        errno = cause;
+        Raise(_path);
     }
 }
 
@@ -98,12 +124,16 @@ void host_Journal::Record(const std::string& line) {
 std::string host_Journal::NameOf(const omu_InterfaceHandle& object) const {
     const auto found = std::find_if(_names.begin(), _names.end(),
                                     [&](const auto& entry) { return entry.first == object; });
-    return found != _names.end() ? found->second : std::string();
+    return found != _names.end() ? Name(found->second) : std::string();
 }
 
 std::string host_Journal::GiveName(const omu_InterfaceHandle& object) {
-    _names.emplace_back(object, "object_" + std::to_string(_names.size() + 1));
-    return _names.back().second;
+    _names.emplace_back(object, _names.empty() ? 1 : _names.back().second + 1);
+    return Name(_names.back().second);
+}
+
+void host_Journal::TakeName(const omu_InterfaceHandle& object) {
+    std::erase_if(_names, [&](const auto& entry) { return entry.first == object; });
 }
 
 void host_JournalEntry::BeginCall(const host_Command& command, const omu_InterfaceHandle& object,
@@ -112,6 +142,7 @@ void host_JournalEntry::BeginCall(const host_Command& command, const omu_Interfa
         return;
     }
     _isWanted = command.isJournalled;
+    _line.changesModel = command.changesModel;
     host_PythonText text = MakeText();
     if (object != omu_InterfaceHandle()) {
         AppendObject(text, object);
@@ -137,6 +168,7 @@ void host_JournalEntry::BeginSetting(const omu_InterfaceHandle& object, const co
     if (!host_Journal::Instance().IsOpen()) {
         return;
     }
+    _line.changesModel = true;
     host_PythonText text = MakeText();
     AppendObject(text, object);
     text.Append(attribute.View());
@@ -154,10 +186,10 @@ void host_JournalEntry::Begin(std::string text, const std::string& name,
         line.Append(", ");
         line.AppendQuoted(obstacle);
         line.Append(")");
-        _line = line.Text();
+        _line.text = line.Text();
         return;
     }
-    _line = std::move(text);
+    _line.text = std::move(text);
     _holdsBack = _isWanted;
     if (_holdsBack) {
         _outer = std::exchange(heldBack, &_inner);
@@ -165,23 +197,31 @@ void host_JournalEntry::Begin(std::string text, const std::string& name,
 }
 
 void host_JournalEntry::Commit(const omu_InterfaceHandle& result) {
-    if (_line.empty()) {
+    if (_line.text.empty()) {
         return;
     }
     if (std::exchange(_holdsBack, false)) {
         heldBack = _outer;
     }
-    _inner.clear();
     host_Journal& journal = host_Journal::Instance();
+    for (const Line& line : std::exchange(_inner, {})) {
+        journal.TakeName(line.named);
+    }
     const bool isNew = result.Get() != nullptr && journal.NameOf(result).empty();
     // A query that finds an object is needed where the object is used later.
     if (!_isWanted && !isNew) {
         return;
     }
-    if (isNew && !_line.starts_with('#')) {
-        _line.insert(0, journal.GiveName(result) + " = ");
+    if (isNew && !_line.text.starts_with('#')) {
+        _line.text.insert(0, journal.GiveName(result) + " = ");
+        _line.named = result;
     }
-    Deliver(_line);
+    try {
+        Deliver(_line);
+    } catch (...) {
+        journal.TakeName(_line.named);
+        throw;
+    }
 }
 
 host_JournalEntry::~host_JournalEntry() {
@@ -190,8 +230,12 @@ host_JournalEntry::~host_JournalEntry() {
     }
     heldBack = _outer;
     try {
-        for (const std::string& line : _inner) {
-            Deliver(line);
+        for (const Line& line : _inner) {
+            if (!_line.changesModel || !line.changesModel) {
+                Deliver(line);
+            } else {
+                host_Journal::Instance().TakeName(line.named);
+            }
         }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "caehost: %s\n", error.what());

@@ -29,6 +29,8 @@ public:
     [[nodiscard]] std::string NameOf(const omu_InterfaceHandle& object) const;
     /// Names an application object.
     std::string GiveName(const omu_InterfaceHandle& object);
+    /// Takes the name back, because the line that gives it is not written.
+    void TakeName(const omu_InterfaceHandle& object);
 
     host_Journal(const host_Journal&) = delete;
     host_Journal& operator=(const host_Journal&) = delete;
@@ -40,7 +42,7 @@ private:
 
     std::filesystem::path _path;
     int _file = -1;
-    std::vector<std::pair<omu_InterfaceHandle, std::string>> _names;
+    std::vector<std::pair<omu_InterfaceHandle, int>> _names;  // and their numbers, ascending
 };
 
 /// One step for the journal, from before it is done to its success or failure: the call of a
@@ -48,9 +50,17 @@ private:
 ///
 /// While a step is being done, the commands that it calls in turn stay out of the journal, since
 /// repeating the step repeats them. They enter it after all where the step fails or cannot be
-/// repeated itself. Does nothing while the journal is closed.
+/// repeated itself; but what they did to the model is gone when a step that changes the model
+/// fails, and so are they. Does nothing while the journal is closed.
 class host_JournalEntry {
 public:
+    /// What has been done, as text.
+    struct Line {
+        std::string text;
+        bool changesModel;
+        omu_InterfaceHandle named = {};  ///< the object that it gives a name, if any
+    };
+
     host_JournalEntry() = default;
     ~host_JournalEntry();
     host_JournalEntry(const host_JournalEntry&) = delete;
@@ -69,9 +79,9 @@ public:
 private:
     void Begin(std::string text, const std::string& name, const std::string& obstacle);
 
-    std::string _line;  // empty: nothing to record
+    Line _line{{}, false};  // empty: nothing to record
     bool _isWanted = true;
     bool _holdsBack = false;
-    std::vector<std::string> _inner;             // lines of commands called meanwhile
-    std::vector<std::string>* _outer = nullptr;  // where lines went before
+    std::vector<Line> _inner;             // lines of commands called meanwhile
+    std::vector<Line>* _outer = nullptr;  // where lines went before
 };

@@ -1,6 +1,7 @@
 #include "host_PythonText.h"
 
 #include "host_Command.h"
+#include "host_Progress.h"
 #include "omu_PrimArray.h"
 #include "omu_PrimBoolean.h"
 #include "omu_PrimComplex.h"
@@ -142,7 +143,10 @@ void host_PythonText::Visit(const omu_PrimEnumBase& value) {
 }
 
 void host_PythonText::AppendElements(const omu_PrimTuple& sequence) {
+    host_Progress progress("Writing the journal",
+                           host_Work{static_cast<std::size_t>(sequence.Length())});
     for (int i = 0; i < sequence.Length(); ++i) {
+        progress.Count();
         if (i > 0) {
             _text += ", ";
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host_Progress.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -11,10 +13,10 @@
 ///
 /// Linear: keys are dealt out by their first element, which in meshes leaves a handful to compare
 /// with each other and keeps to memory nearby, as a hash of the whole would not. Where a great
-/// many have the same first element, they are hashed.
+/// many have the same first element, they are hashed. \p progress counts each key three times.
 template <std::size_t N>
 std::vector<std::uint32_t> host_FirstEqual(const std::vector<std::array<int, N>>& keys,
-                                           std::size_t count) {
+                                           std::size_t count, host_Progress& progress) {
     using Key = std::array<int, N>;
     struct Hash {
         std::size_t operator()(const Key& key) const noexcept {
@@ -31,6 +33,7 @@ std::vector<std::uint32_t> host_FirstEqual(const std::vector<std::array<int, N>>
     std::vector<std::uint32_t> ends(count + 1);  // at first where the keys of an element begin
     for (const Key& key : keys) {
         ++ends[static_cast<std::size_t>(key[0]) + 1];
+        progress.Count();
     }
     for (std::size_t i = 1; i <= count; ++i) {
         ends[i] += ends[i - 1];
@@ -38,6 +41,7 @@ std::vector<std::uint32_t> host_FirstEqual(const std::vector<std::array<int, N>>
     std::vector<std::uint32_t> dealt(keys.size());
     for (std::uint32_t i = 0; i < keys.size(); ++i) {
         dealt[ends[static_cast<std::size_t>(keys[i][0])]++] = i;
+        progress.Count();
     }
 
     std::vector<std::uint32_t> first(keys.size());
@@ -48,6 +52,7 @@ std::vector<std::uint32_t> host_FirstEqual(const std::vector<std::array<int, N>>
             std::unordered_map<Key, std::uint32_t, Hash> seen;
             for (std::uint32_t i = begin; i < end; ++i) {
                 first[dealt[i]] = seen.try_emplace(keys[dealt[i]], dealt[i]).first->second;
+                progress.Count();
             }
         } else {
             for (std::uint32_t i = begin; i < end; ++i) {
@@ -57,6 +62,7 @@ std::vector<std::uint32_t> host_FirstEqual(const std::vector<std::array<int, N>>
                 }
                 first[dealt[i]] = dealt[j];
             }
+            progress.Count(end - begin);
         }
         begin = end;
     }

@@ -1,6 +1,7 @@
 #include "host_Mesh.h"
 
 #include "host_FirstEqual.h"
+#include "host_Progress.h"
 #include "omu_RangeChecker.h"
 
 #include <algorithm>
@@ -180,7 +181,9 @@ void host_Mesh::AddCells(host_CellType type, std::span<const int> nodes) {
     }
     const omu_RangeChecker range =
         omu_RangeChecker().AtLeast(0).Below(static_cast<double>(_points.size()));
+    host_Progress progress("Adding cells", host_Work{2 * nodes.size()});
     for (std::size_t i = 0; i < nodes.size(); ++i) {
+        progress.Count();
         if (!range.Accepts(nodes[i])) {
             range.Check("cells[" + std::to_string(_types.size() + i / size) + "][" +
                             std::to_string(i % size) + "]",
@@ -188,6 +191,7 @@ void host_Mesh::AddCells(host_CellType type, std::span<const int> nodes) {
         }
     }
     for (std::size_t start = 0; start < nodes.size(); start += size) {
+        progress.Count(size);
         const auto cell = nodes.subspan(start, size);
         _starts.push_back(_nodes.size());
         _nodes.insert(_nodes.end(), cell.begin(), cell.end());
@@ -246,6 +250,14 @@ host_Mesh::Face host_Mesh::FaceOf(int cell, std::size_t number) const {
     return face;
 }
 
+std::size_t host_Mesh::FaceCount() const {
+    std::size_t count = 0;
+    for (const host_CellType type : _types) {
+        count += ShapeOf(type).faces.size();
+    }
+    return count;
+}
+
 std::vector<host_Mesh::Face> host_Mesh::OuterFaces() const {
     struct Place {
         int cell;
@@ -255,8 +267,10 @@ std::vector<host_Mesh::Face> host_Mesh::OuterFaces() const {
     std::vector<FaceNodes> keys;
     places.reserve(_nodes.size());
     keys.reserve(_nodes.size());
+    host_Progress progress("Finding the outer faces", host_Work{6 * FaceCount()});
     for (int cell = 0; cell < CellCount(); ++cell) {
         const std::size_t count = ShapeOf(Type(cell)).faces.size();
+        progress.Count(count);
         for (std::uint32_t number = 0; number < count; ++number) {
             const FaceNodes key = FaceKey(FaceOf(cell, number).nodes);
             if (key[2] >= 0) {  // else of a collapsed cell
@@ -267,10 +281,11 @@ std::vector<host_Mesh::Face> host_Mesh::OuterFaces() const {
     }
     // Of faces with the same nodes, which is shown, if any.
     constexpr std::uint32_t kNone = 0xFFFFFFFF;
-    const std::vector<std::uint32_t> first = host_FirstEqual(keys, _points.size());
+    const std::vector<std::uint32_t> first = host_FirstEqual(keys, _points.size(), progress);
     std::vector<std::uint32_t> shown(keys.size(), kNone);
     const auto isSurface = [&](std::uint32_t i) { return IsSurface(Type(places[i].cell)); };
     for (std::uint32_t i = 0; i < keys.size(); ++i) {
+        progress.Count();
         std::uint32_t& known = shown[first[i]];
         if (first[i] == i) {
             known = i;
@@ -280,6 +295,7 @@ std::vector<host_Mesh::Face> host_Mesh::OuterFaces() const {
     }
     std::vector<Face> faces;
     for (const std::uint32_t i : shown) {
+        progress.Count();
         if (i != kNone) {
             faces.push_back(FaceOf(places[i].cell, places[i].face));
         }
@@ -289,7 +305,10 @@ std::vector<host_Mesh::Face> host_Mesh::OuterFaces() const {
 
 double host_Mesh::SurfaceArea() const {
     double area = 0;
-    for (const Face& face : OuterFaces()) {
+    const std::vector<Face> faces = OuterFaces();
+    host_Progress progress("Measuring the surface", faces.size());
+    for (const Face& face : faces) {
+        progress.Count();
         const FacePoints points(face.nodes, [this](int node) { return At(node); });
         ForEachTriangle(points.Get(), [&](const auto& a, const auto& b, const auto& c) {
             area += Length(Cross(b - a, c - a)) / 2;
@@ -307,7 +326,9 @@ host_Moments host_Mesh::Moments(std::span<const int> cells) const {
     double volume = 0;  // the sums are scaled once, at the end: simple cells come out exact
     host_Point first{};
     host_Symmetric second{};
+    host_Progress progress("Measuring the volume", cells.size());
     for (const int cell : cells) {
+        progress.Count();
         if (IsSurface(Type(cell))) {
             continue;
         }

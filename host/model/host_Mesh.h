@@ -52,6 +52,8 @@ struct host_Moments {
 };
 
 /// A mesh of solid and surface cells of mixed shapes. Points and cells are numbered from 0.
+/// What takes long on a large one reports its progress, and may raise when it is interrupted
+/// (host_Progress); the mesh is then as before, but for AddCells, of which a part may be done.
 class host_Mesh {
 public:
     struct Box {
@@ -114,6 +116,7 @@ public:
 
 private:
     [[nodiscard]] Face FaceOf(int cell, std::size_t number) const;
+    [[nodiscard]] std::size_t FaceCount() const;
     [[nodiscard]] const host_Point& At(int node) const {
         return _points[static_cast<std::size_t>(node)];
     }

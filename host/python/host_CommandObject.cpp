@@ -1,14 +1,17 @@
 #include "host_CommandObject.h"
 
+#include "host_Changes.h"
 #include "host_Interpreter.h"
 #include "host_Journal.h"
 #include "host_Notes.h"
 #include "host_Object.h"
+#include "host_ProgressReporter.h"
 #include "host_Support.h"
 #include "host_Values.h"
 #include "omu_InterfaceObj.h"
 #include "omu_PrimWrapper.h"
 
+#include <optional>
 #include <structmember.h>
 
 namespace {
@@ -20,6 +23,7 @@ struct Callable {
     /// The parameters' names as the interpreter interns them, beside their texts.
     std::vector<std::pair<host_PyRef, cow_String>> keywords;
     host_PyRef signature;  // inspect.Signature, once it was asked for
+    cow_String label;      // of the step that a call is
 
     [[nodiscard]] bool IsMethod() const { return object != omu_InterfaceHandle(); }
 
@@ -83,20 +87,33 @@ PyObject* Call(PyObject* self, PyObject* const* given, std::size_t flags, PyObje
     const host_PyRef keep = host_PyRef::Share(self);
     const Callable& callable = Of(self);
     const Py_ssize_t positional = PyVectorcall_NARGS(flags);
+    const host_CommandProgress progress;
     return host_AtBorder([&]() -> PyObject* {
         try {
             host_JournalEntry entry;
-            std::unique_ptr<omu_Primitive> result;
-            {
-                omu_Arguments arguments(static_cast<int>(positional));
-                Fill(arguments, callable, given, positional, keywordNames);
-                entry.BeginCall(callable.declaration, callable.object, arguments);
-                result.reset(callable.declaration.run(arguments));
-            }  // an array of the result that shared its elements with an argument has its own now
+            std::optional<host_Transaction> step;
+            if (callable.declaration.changesModel) {
+                step.emplace(callable.label);
+            }
+            const auto& finish = callable.declaration.finish;
+            std::optional<omu_Arguments> arguments(static_cast<int>(positional));
+            Fill(*arguments, callable, given, positional, keywordNames);
+            entry.BeginCall(callable.declaration, callable.object, *arguments);
+            std::unique_ptr<omu_Primitive> result(callable.declaration.run(*arguments));
+            if (!finish) {
+                // An array of the result that shared its elements with an argument has its own.
+                arguments.reset();
+            }
             const omu_InterfaceHandle object = ObjectOf(result.get());
             host_PyRef converted = host_ToPython(std::move(result));
             host_GiveBackDropped();
             entry.Commit(object);
+            if (finish) {
+                finish(*arguments);
+            }
+            if (step) {
+                step->Commit();
+            }
             return converted.Release();
         } catch (const nex_CommandException& error) {
             const host_PyRef made = host_MakeError(error);
@@ -111,6 +128,7 @@ PyObject* Call(PyObject* self, PyObject* const* given, std::size_t flags, PyObje
 }
 
 host_PyRef Make(Callable made) {
+    made.label = made.declaration.name;
     for (const host_Parameter& parameter : made.declaration.parameters) {
         made.keywords.emplace_back(host_Made(PyUnicode_InternFromString(parameter.name.c_str())),
                                    parameter.name);
@@ -185,7 +203,7 @@ PyObject* Reduce(PyObject* self, PyObject*) {
 }  // namespace
 
 host_PyRef host_CommandObject(host_Command declaration) {
-    return Make({std::move(declaration), {}, {}, {}});
+    return Make({std::move(declaration), {}, {}, {}, {}});
 }
 
 host_PyRef host_MethodObject(const omu_InterfaceHandle& object, const cow_String& name) {
@@ -194,7 +212,8 @@ host_PyRef host_MethodObject(const omu_InterfaceHandle& object, const cow_String
     method.run = [object, name](omu_Arguments& arguments) {
         return object.Require().CallMethod(name, arguments);
     };
-    return Make({std::move(method), object, {}, {}});
+    method.changesModel = true;
+    return Make({std::move(method), object, {}, {}, {}});
 }
 
 void host_DefineCommands(PyObject* module) {

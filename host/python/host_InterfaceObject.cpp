@@ -1,11 +1,14 @@
 #include "host_InterfaceObject.h"
 
+#include "host_Changes.h"
 #include "host_CommandObject.h"
 #include "host_Journal.h"
 #include "host_Notes.h"
 #include "host_Object.h"
 #include "host_Values.h"
 #include "omu_ErrorExceptions.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -75,10 +78,43 @@ int SetAttribute(PyObject* self, PyObject* attribute, PyObject* value) {
         omu_InterfaceObj& object = handle.Require();
         const std::unique_ptr<omu_Primitive> given = host_FromPython(value);
         host_JournalEntry entry;
+        host_Transaction step(name);
         entry.BeginSetting(handle, name, *given);
         WithNearestName(object, name, [&] { object.SetAttribute(name, *given); });
         entry.Commit();
+        step.Commit();
         return 0;
+    });
+}
+
+/// What help() shows: the type's help, and a line for each attribute and method.
+std::string HelpText(const omu_InterfaceObj& object) {
+    const omu_InterfaceType& type = object.Type();
+    std::string text = type.HelpText().empty() ? "An object of the application." : type.HelpText();
+    std::string lines;
+    std::size_t width = 0;
+    const std::vector<std::string> names = Names(object);
+    for (const std::string& name : names) {
+        width = std::max(width, name.size());
+    }
+    for (const std::string& name : names) {
+        const auto* attribute = type.FindAttribute(name);
+        const auto* method = attribute == nullptr ? type.FindMethod(name) : nullptr;
+        std::string help = attribute != nullptr ? attribute->help
+                           : method != nullptr  ? method->help
+                                                : std::string();
+        if (attribute != nullptr && !attribute->set) {
+            help += help.empty() ? "(read-only)" : " (read-only)";
+        }
+        (((lines += "\n    ") += name) += std::string(width + 2 - name.size(), ' ')) += help;
+    }
+    return text + (lines.empty() ? "" : "\n") + lines;
+}
+
+PyObject* Doc(PyObject* self, void*) {
+    return host_AtBorder([&] {
+        const omu_InterfaceObj* object = Interface::Of(self).handle.Get();
+        return host_PyText(object != nullptr ? HelpText(*object) : "A deleted object.").Release();
     });
 }
 
@@ -115,7 +151,8 @@ const omu_InterfaceHandle* host_InterfaceHandle(PyObject* object) noexcept {
 
 void host_DefineInterfaceObjects(PyObject* module) {
     static PyMethodDef methods[] = {{"__dir__", &Dir, METH_NOARGS, nullptr}, {}};
-    static PyType_Slot slots[] = {{Py_tp_doc, host_Slot("An object of the application.")},
+    static PyGetSetDef attributes[] = {{"__doc__", &Doc, nullptr, nullptr, nullptr}, {}};
+    static PyType_Slot slots[] = {{Py_tp_getset, attributes},
                                   {Py_tp_dealloc, host_Slot(&Interface::Dealloc)},
                                   {Py_tp_getattro, host_Slot(&GetAttribute)},
                                   {Py_tp_setattro, host_Slot(&SetAttribute)},

@@ -1,12 +1,14 @@
 #include "host_Main.h"
 
-#include "UTI_CaeUtils.h"
 #include "host_Command.h"
 #include "host_Journal.h"
 #include "host_Module.h"
+#include "host_ProgressCommand.h"
 #include "host_PythonError.h"
 #include "host_Support.h"
+#include "host_initialize.h"
 #include "nex_Exception.h"
+#include "wip_WIP.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -17,7 +19,7 @@
 namespace {
 
 constexpr const char* kUsage =
-    "usage: caehost [--journal FILE] [SCRIPT.py | -c CODE | -] [ARGUMENTS...]\n"
+    "usage: caehost [--journal FILE] [--progress MODE] [SCRIPT.py | -c CODE | -] [ARGUMENTS...]\n"
     "\n"
     "Runs a Python script that uses the application's commands (from caehost import *).\n"
     "Without a script it shows a prompt, or runs what comes on standard input.\n"
@@ -27,6 +29,8 @@ constexpr const char* kUsage =
     "  -               runs standard input\n"
     "  --journal FILE  writes every command that succeeds to FILE, as a script that repeats it:\n"
     "                  caehost FILE\n"
+    "  --progress MODE shows the progress of long commands on standard error: bar, lines, none,\n"
+    "                  or auto, a bar on a terminal and else lines\n"
     "  -h, --help      shows this\n"
     "  -V, --version   shows the version\n";
 
@@ -41,12 +45,20 @@ struct Options {
     const char* journal = nullptr;
     const char* code = nullptr;
     const char* script = nullptr;
+    host_ProgressMode progress = host_ProgressMode::Auto;
     std::vector<char*> argv;  // sys.argv
 
     [[nodiscard]] bool IsPrompt() const {
         return code == nullptr && script == nullptr && ::isatty(STDIN_FILENO) != 0;
     }
 };
+
+host_ProgressMode ProgressMode(std::string_view name) {
+    if (const auto mode = host_ProgressModeOf(name)) {
+        return *mode;
+    }
+    throw UsageError("option --progress needs auto, bar, lines or none, not " + std::string(name));
+}
 
 Options Parse(int argc, char** argv) {
     static char empty[] = "";
@@ -66,6 +78,8 @@ Options Parse(int argc, char** argv) {
             options.version = true;
         } else if (option == "--journal") {
             options.journal = value(option, "a file");
+        } else if (option == "--progress") {
+            options.progress = ProgressMode(value(option, "auto, bar, lines or none"));
         } else if (option == "-c") {
             char* const name = argv[at];
             options.code = value(option, "code");
@@ -145,13 +159,29 @@ int RunPython(const Options& options) {
 /// The library, up as long as this lives.
 class Library {
 public:
-    Library() { UTI_CaeUtils_initialize(_count); }
-    ~Library() { UTI_CaeUtils_finalize(_count); }
+    Library() { host_initialize(_count); }
+    ~Library() { host_finalize(_count); }
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
 
 private:
     int _count = 0;
+};
+
+/// What the main thread reports progress to, for as long as this lives.
+class Reporter {
+public:
+    explicit Reporter(host_ProgressMode mode) : _reporter(mode) { Attach(&_reporter); }
+    ~Reporter() { Attach(nullptr); }
+    Reporter(const Reporter&) = delete;
+    Reporter& operator=(const Reporter&) = delete;
+
+private:
+    static void Attach(wip_WipReporter* reporter) {
+        thr_ThreadSingleton<wip_WIP>::Instance().SetWipReporter(reporter);
+    }
+
+    host_ProgressReporter _reporter;
 };
 
 int Run(const Options& options, void (*registerCommands)(host_CommandTable&)) {
@@ -164,7 +194,9 @@ int Run(const Options& options, void (*registerCommands)(host_CommandTable&)) {
         return 0;
     }
     const Library library;
+    const Reporter reporter(options.progress);
     registerCommands(host_CommandTable::Instance());
+    host_RegisterProgressCommand(host_CommandTable::Instance());
     if (options.journal != nullptr) {
         host_Journal::Instance().Open(options.journal);
     }

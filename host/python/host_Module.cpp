@@ -1,6 +1,7 @@
 #include "host_Module.h"
 
 #include "host_Array.h"
+#include "host_ChangeBlock.h"
 #include "host_CommandObject.h"
 #include "host_Constant.h"
 #include "host_InterfaceObject.h"
@@ -8,6 +9,7 @@
 #include "host_Journal.h"
 #include "host_Notes.h"
 #include "host_PythonError.h"
+#include "host_Track.h"
 #include "host_Values.h"
 #include "omi_Singleton.h"
 #include "omu_SymbolicConstantTable.h"
@@ -94,6 +96,11 @@ PyObject* GetAttribute(PyObject*, PyObject* attribute) {
     });
 }
 
+/// The table holds functions of all kinds as if they were of the plainest.
+PyCFunction WithKeywords(PyCFunctionWithKeywords function) noexcept {
+    return reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(function));
+}
+
 void AddContents(PyObject* module) {
     host_DefineErrors(module);
     host_DefineValues(module);
@@ -101,6 +108,8 @@ void AddContents(PyObject* module) {
     host_DefineConstants(module);
     host_DefineInterfaceObjects(module);
     host_DefineCommands(module);
+    host_DefineChangeBlocks(module);
+    host_DefineTrack(module);
     host_InstallObjectHooks();
     for (const host_Command& command : host_CommandTable::Instance().All()) {
         host_Checked(
@@ -120,6 +129,8 @@ PyObject* host_InitModule() {
         {"open_journal", &OpenJournal, METH_O,
          "open_journal(path)\n--\n\nRecords every command that succeeds from now on in a file."},
         {"close_journal", &CloseJournal, METH_NOARGS, "close_journal()\n--\n\nEnds the journal."},
+        {"changes", WithKeywords(&host_ChangeBlock), METH_VARARGS | METH_KEYWORDS,
+         host_kChangeBlockHelp},
         {"not_repeated", &NotRepeated, METH_VARARGS,
          "not_repeated(command, reason)\n--\n\nIn a journal: a command that it cannot repeat."},
         {"numeric_array", &NumericArray, METH_VARARGS,
@@ -127,6 +138,8 @@ PyObject* host_InitModule() {
          "float64\nfrom a sequence of numbers or the base64 text of the elements."},
         {"float_from_bits", &FloatFromBits, METH_O,
          "float_from_bits(bits)\n--\n\nIn a journal: a NaN by all its bits."},
+        {"track", WithKeywords(&host_Track), METH_VARARGS | METH_KEYWORDS, host_kTrackHelp},
+        {"_clear_progress", &host_ClearProgress, METH_NOARGS, nullptr},
         {"__getattr__", &GetAttribute, METH_O, nullptr},
         {}};
     static PyModuleDef definition{

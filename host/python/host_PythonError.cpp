@@ -2,6 +2,7 @@
 
 #include "cls_WriteVisitor.h"
 #include "host_Interpreter.h"
+#include "idb_FileErrorException.h"
 #include "nex_AssertException.h"
 
 #include <cctype>
@@ -108,6 +109,16 @@ void SetFileError(const std::filesystem::filesystem_error& error) {
     PyErr_SetObject(PyExc_OSError, arguments.Get());
 }
 
+/// The same of a file that the library could not save or load.
+void SetFileError(const idb_FileErrorException& error) {
+    const cow_String message(error.UserReport());
+    const host_PyRef arguments = host_Made(
+        error.Cause() != 0 ? Py_BuildValue("iss", error.Cause(), message.AsCharPtr(),
+                                           error.Path().c_str())
+                           : Py_BuildValue("(s)", message.AsCharPtr()));
+    PyErr_SetObject(PyExc_OSError, arguments.Get());
+}
+
 void SetHandledError() {
     try {
         throw;
@@ -117,6 +128,8 @@ void SetHandledError() {
         host_SetError(error);
     } catch (const nex_AssertException& error) {
         SetText(PyExc_AssertionError, error.DeveloperReport().View());
+    } catch (const idb_FileErrorException& error) {
+        SetFileError(error);
     } catch (const nex_Exception& error) {
         SetText(PyExc_RuntimeError, error.DeveloperReport().View());
     } catch (const std::bad_alloc&) {

@@ -60,6 +60,24 @@ def argument_matches(line, text, namespace):
     return [p[0] + "=" for p in command.parameters if p[0].startswith(text)]
 
 
+def share_terminal(_):
+    """Lets what scripts print wipe the progress bar first."""
+    import io
+    import sys
+
+    class Output(io.TextIOWrapper):
+        def write(self, text):
+            caehost._clear_progress()
+            return super().write(text)
+
+    for name in ("stdout", "stderr"):
+        stream = getattr(sys, name)
+        if type(stream) is io.TextIOWrapper and stream is getattr(sys, f"__{name}__"):
+            shared = Output(stream.buffer, stream.encoding, stream.errors, write_through=True)
+            shared.mode = stream.mode
+            setattr(sys, name, shared)
+
+
 def prompt():
     """Readies the prompt: commands and constants at hand, completion, history."""
     import __main__

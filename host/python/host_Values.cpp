@@ -4,6 +4,7 @@
 #include "host_Constant.h"
 #include "host_InterfaceObject.h"
 #include "host_Object.h"
+#include "host_Progress.h"
 #include "omu_PrimBoolean.h"
 #include "omu_PrimComplex.h"
 #include "omu_PrimDictionary.h"
@@ -32,7 +33,15 @@ constexpr int kMaxDepth = 500;
 
 // From Python.
 
-Owned Convert(PyObject* object, int depth);
+/// Where a conversion is, and what lets an interrupt end a long one.
+struct Nest {
+    host_Progress& progress;
+    int depth = 0;
+
+    [[nodiscard]] Nest Inner() const { return {progress, depth + 1}; }
+};
+
+Owned Convert(PyObject* object, const Nest& nest);
 
 template <class... Args>
 [[noreturn]] void Raise(PyObject* type, const char* format, Args... args) {
@@ -72,20 +81,30 @@ Owned FromComplex(PyObject* object) {
     return std::make_unique<omu_PrimComplex>(omi_complex(value.real, value.imag));
 }
 
-Owned FromTuple(PyObject* object, int depth) {
+Owned FromTuple(PyObject* object, const Nest& nest) {
     const Py_ssize_t size = PyTuple_GET_SIZE(object);
     auto tuple = std::make_unique<omu_PrimTuple>(static_cast<int>(size), omu_PrimSequence::kCode);
     for (Py_ssize_t i = 0; i < size; ++i) {
-        tuple->Put(Convert(PyTuple_GET_ITEM(object, i), depth).release());
+        tuple->Put(Convert(PyTuple_GET_ITEM(object, i), nest).release());
+        nest.progress.Count();
     }
     return tuple;
 }
 
-Owned FromList(PyObject* object, int depth) {
+/// The handler of a signal is Python code, which may change what is being read.
+void CheckUnchanged(Py_ssize_t size, Py_ssize_t sizeNow) {
+    if (size != sizeNow) {
+        Raise(PyExc_RuntimeError, "a sequence or dictionary changed while it was read");
+    }
+}
+
+Owned FromList(PyObject* object, const Nest& nest) {
     const Py_ssize_t size = PyList_GET_SIZE(object);
     auto list = std::make_unique<omu_PrimList>(static_cast<int>(size), omu_PrimSequence::kCode);
     for (Py_ssize_t i = 0; i < size; ++i) {
-        list->Put(Convert(PyList_GET_ITEM(object, i), depth).release());
+        list->Put(Convert(PyList_GET_ITEM(object, i), nest).release());
+        nest.progress.Count();
+        CheckUnchanged(size, PyList_GET_SIZE(object));
     }
     return list;
 }
@@ -107,8 +126,9 @@ int IntegerKey(PyObject* key) {
           Py_TYPE(key)->tp_name, key);
 }
 
-Owned FromIntegerDict(PyObject* object, int depth) {
+Owned FromIntegerDict(PyObject* object, const Nest& nest) {
     auto dictionary = std::make_unique<omu_PrimDictionary<int>>();
+    const Py_ssize_t size = PyDict_Size(object);
     PyObject* key = nullptr;
     PyObject* value = nullptr;
     int low = INT_MAX;
@@ -117,10 +137,13 @@ Owned FromIntegerDict(PyObject* object, int depth) {
         if (!IsIntegerKey(key)) {
             RaiseKeys(key);
         }
+        const host_PyRef keep = host_PyRef::Share(key);
         const int number = IntegerKey(key);
         low = std::min(low, number);
         high = std::max(high, number);
-        dictionary->Put(number, Convert(value, depth).release());
+        dictionary->Put(number, Convert(value, nest).release());
+        nest.progress.Count();
+        CheckUnchanged(size, PyDict_Size(object));
     }
     if (static_cast<long long>(high) - low > INT_MAX) {
         // Such keys have no order in the library's trees: one could hide another.
@@ -129,25 +152,29 @@ Owned FromIntegerDict(PyObject* object, int depth) {
     return dictionary;
 }
 
-Owned FromStringDict(PyObject* object, int depth) {
+Owned FromStringDict(PyObject* object, const Nest& nest) {
     auto dictionary = std::make_unique<omu_PrimDictionary<cow_String>>();
+    const Py_ssize_t size = PyDict_Size(object);
     PyObject* key = nullptr;
     PyObject* value = nullptr;
     for (Py_ssize_t at = 0; PyDict_Next(object, &at, &key, &value) != 0;) {
         if (PyUnicode_Check(key) == 0) {
             RaiseKeys(key);
         }
-        dictionary->Put(host_Utf8(key), Convert(value, depth).release());
+        const host_PyRef keep = host_PyRef::Share(key);
+        dictionary->Put(host_Utf8(key), Convert(value, nest).release());
+        nest.progress.Count();
+        CheckUnchanged(size, PyDict_Size(object));
     }
     return dictionary;
 }
 
-Owned FromDict(PyObject* object, int depth) {
+Owned FromDict(PyObject* object, const Nest& nest) {
     PyObject* key = nullptr;
     Py_ssize_t at = 0;
     return PyDict_Next(object, &at, &key, nullptr) != 0 && IsIntegerKey(key)
-               ? FromIntegerDict(object, depth)
-               : FromStringDict(object, depth);
+               ? FromIntegerDict(object, nest)
+               : FromStringDict(object, nest);
 }
 
 Owned FromOther(PyObject* object) {
@@ -174,7 +201,7 @@ Owned FromOther(PyObject* object) {
     return std::make_unique<omu_PyObjectWrapper>(object);
 }
 
-Owned Convert(PyObject* object, int depth) {
+Owned Convert(PyObject* object, const Nest& nest) {
     // Subclasses count as what they derive from. The tests by a flag of the type come first, those
     // that walk through base classes last.
     if (PyFloat_CheckExact(object)) {
@@ -193,12 +220,13 @@ Owned Convert(PyObject* object, int depth) {
     const bool isTuple = PyTuple_Check(object) != 0;
     const bool isList = PyList_Check(object) != 0;
     if (isTuple || isList || PyDict_Check(object) != 0) {
-        if (depth == kMaxDepth) {
+        if (nest.depth == kMaxDepth) {
             Raise(PyExc_RecursionError, "values are nested more than %d deep", kMaxDepth);
         }
-        return isTuple  ? FromTuple(object, depth + 1)
-               : isList ? FromList(object, depth + 1)
-                        : FromDict(object, depth + 1);
+        const host_PyRef keep = host_PyRef::Share(object);  // for a list may be emptied meanwhile
+        return isTuple  ? FromTuple(object, nest.Inner())
+               : isList ? FromList(object, nest.Inner())
+                        : FromDict(object, nest.Inner());
     }
     return FromOther(object);
 }
@@ -308,7 +336,10 @@ PyObject* Compare(PyObject* left, PyObject* right, int operation) {
 
 }  // namespace
 
-std::unique_ptr<omu_Primitive> host_FromPython(PyObject* object) { return Convert(object, 0); }
+std::unique_ptr<omu_Primitive> host_FromPython(PyObject* object) {
+    host_Progress progress("Reading values");
+    return Convert(object, {progress});
+}
 
 host_PyRef host_ToPython(const omu_Primitive& value) { return ToPython().Convert(value); }
 

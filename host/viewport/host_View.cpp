@@ -76,15 +76,15 @@ host_View::host_View() { _camera.Canned(g3d_Sphere(g3d_Point(), 1), g3d_VIEW_ISO
 
 void host_View::Synchronize() {
     std::erase_if(_shown, [](Shown& shown) {
-        const host_Part* part = host_PartTable::Instance().Look(shown.name);
-        if (part == nullptr || part->lineage != shown.lineage) {
+        const host_Part* part = host_Model::Instance().Look<host_Part>(shown.name);
+        if (part == nullptr || part->Lineage() != shown.lineage) {
             return true;
         }
-        if (part->serial != shown.serial) {
+        if (part->Serial() != shown.serial) {
             Shown renewed;
             renewed.name = shown.name;
-            renewed.serial = part->serial;
-            renewed.lineage = part->lineage;
+            renewed.serial = part->Serial();
+            renewed.lineage = part->Lineage();
             renewed.settings = shown.settings;
             shown = std::move(renewed);
         }
@@ -106,9 +106,9 @@ host_View::Shown& host_View::FindOrAdd(const cow_String& part, const Poll& poll,
     }
     Shown shown;
     shown.name = part;
-    const host_Part& found = host_PartTable::Instance().Find(part);
-    shown.serial = found.serial;
-    shown.lineage = found.lineage;
+    const host_Part& found = host_Model::Instance().Find<host_Part>(part);
+    shown.serial = found.Serial();
+    shown.lineage = found.Lineage();
     shown.geometry = std::move(geometry);
     const std::vector<g3d_Point> points = Points(shown, poll);
     _shown.push_back(std::move(shown));
@@ -123,14 +123,14 @@ host_View::Shown& host_View::FindOrAdd(const cow_String& part, const Poll& poll,
 
 host_ViewGeometry& host_View::Geometry(Shown& shown, const Poll& poll) {
     if (shown.geometry == nullptr) {
-        const host_Part& part = host_PartTable::Instance().Find(shown.name);
-        shown.geometry = std::make_shared<host_ViewGeometry>(part.mesh, poll);
+        const host_Part& part = host_Model::Instance().Find<host_Part>(shown.name);
+        shown.geometry = std::make_shared<host_ViewGeometry>(part.Mesh(), poll);
     }
     return *shown.geometry;
 }
 
 host_GeometryChoice host_View::Choice(const Shown& shown) {
-    const host_Part& part = host_PartTable::Instance().Find(shown.name);
+    const host_Part& part = host_Model::Instance().Find<host_Part>(shown.name);
     host_GeometryChoice choice;
     choice.hasFeatureEdges = shown.settings.mode == host_DisplayMode::FeatureEdges;
     choice.isByCell =
@@ -165,14 +165,14 @@ void host_View::Hide(const cow_String& part) {
     if (part.IsEmpty()) {
         _shown.clear();
     } else {
-        (void)host_PartTable::Instance().Find(part);
+        (void)host_Model::Instance().Find<host_Part>(part);
         std::erase_if(_shown, [&](const Shown& shown) { return shown.name == part; });
     }
 }
 
 void host_View::Contour(const cow_String& part, const host_ContourSettings& settings,
                         const Poll& poll) {
-    (void)host_PartTable::Instance().Find(part).Field(settings.field);
+    (void)host_Model::Instance().Find<host_Part>(part).Field(settings.field);
     Shown& shown = FindOrAdd(part, poll);
     shown.contour = settings;
     shown.drawn = {};
@@ -180,7 +180,7 @@ void host_View::Contour(const cow_String& part, const host_ContourSettings& sett
 
 void host_View::ClearContour(const cow_String& part) {
     if (!part.IsEmpty()) {
-        (void)host_PartTable::Instance().Find(part);
+        (void)host_Model::Instance().Find<host_Part>(part);
     }
     for (Shown& shown : _shown) {
         if (part.IsEmpty() || shown.name == part) {
@@ -192,7 +192,7 @@ void host_View::ClearContour(const cow_String& part) {
 
 double host_View::Deform(const cow_String& part, const cow_String& field,
                          std::optional<double> scale, const Poll& poll) {
-    const host_Field& displacement = *host_PartTable::Instance().Find(part).Field(field);
+    const host_Field& displacement = *host_Model::Instance().Find<host_Part>(part).Field(field);
     CheckDisplacement(displacement, field);
     Synchronize();
     Shown added;
@@ -208,7 +208,7 @@ double host_View::Deform(const cow_String& part, const cow_String& field,
 
 void host_View::ReadyContour(Shown& shown, const Poll& poll) {
     const host_ContourSettings& settings = *shown.contour;
-    const host_Part& part = host_PartTable::Instance().Find(shown.name);
+    const host_Part& part = host_Model::Instance().Find<host_Part>(shown.name);
     const std::shared_ptr<const host_Field>& field = part.Field(settings.field);
     host_ViewGeometry& geometry = Geometry(shown, poll);
     auto values = geometry.Values(Choice(shown), field, settings.component);
@@ -262,9 +262,11 @@ std::vector<g3d_Point> host_View::AllPoints(const Poll& poll) {
         const std::vector<g3d_Point> points = Points(shown, poll);
         all.insert(all.end(), points.begin(), points.end());
     }
-    for (const host_MarkerSet& markers : _markers) {
-        for (const host_Float3& at : markers.points) {
-            all.emplace_back(at[0], at[1], at[2]);
+    for (const auto* sets : {&_markers, &_loadMarkers}) {
+        for (const host_MarkerSet& markers : *sets) {
+            for (const host_Float3& at : markers.points) {
+                all.emplace_back(at[0], at[1], at[2]);
+            }
         }
     }
     for (const host_ViewText& text : _texts) {
@@ -279,7 +281,7 @@ void host_View::Fit(const cow_String& part, const Poll& poll) {
     Synchronize();
     Shown* only = nullptr;
     if (!part.IsEmpty()) {
-        (void)host_PartTable::Instance().Find(part);
+        (void)host_Model::Instance().Find<host_Part>(part);
         only = Find(part);
         if (only == nullptr) {
             Refuse("part '" + part.Std() + "' is not shown", __LINE__);
@@ -330,7 +332,7 @@ std::vector<cow_String> host_View::ShownParts() {
 
 host_Legend host_View::Legend(const cow_String& part, const Poll& poll) {
     Synchronize();
-    (void)host_PartTable::Instance().Find(part);
+    (void)host_Model::Instance().Find<host_Part>(part);
     Shown* shown = Find(part);
     if (shown == nullptr || !shown->contour) {
         Refuse("part '" + part.Std() + "' has no contours", __LINE__);
@@ -405,6 +407,7 @@ host_Scene host_View::MakeScene(int width, int height, const Poll& poll) {
     host_Scene scene;
     scene.studio = _studio;
     scene.markers = _markers;
+    scene.markers.insert(scene.markers.end(), _loadMarkers.begin(), _loadMarkers.end());
     for (Shown& shown : _shown) {
         scene.items.push_back(Item(shown, poll));
         const std::vector<host_Float3>& loose = shown.geometry->LoosePoints();
@@ -430,8 +433,10 @@ host_Scene host_View::MakeScene(int width, int height, const Poll& poll) {
         const g3d_BoundingVolume volume(points.data(), static_cast<unsigned>(points.size()));
         scene.camera.SetModelBoundingVolume(volume, 0.02F);
     }
-    for (const host_ViewText& text : _texts) {
-        host_AddText(text, width, height, color, scene);
+    for (const auto* texts : {&_texts, &_loadTexts}) {
+        for (const host_ViewText& text : *texts) {
+            host_AddText(text, width, height, color, scene);
+        }
     }
     return scene;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host_PartTable.h"
+#include "host_Model.h"
+#include "host_Part.h"
 #include "host_ViewGeometry.h"
 #include "host_ViewLegend.h"
 #include "host_ViewText.h"
@@ -72,9 +73,21 @@ public:
     double Deform(const cow_String& part, const cow_String& field, std::optional<double> scale,
                   const Poll& poll);
     void AddMarkers(host_MarkerSet markers) { _markers.push_back(std::move(markers)); }
-    void ClearMarkers() noexcept { _markers.clear(); }
+    void ClearMarkers() noexcept {
+        _markers.clear();
+        _loadMarkers.clear();
+    }
     void AddText(host_ViewText text) { _texts.push_back(std::move(text)); }
-    void ClearTexts() noexcept { _texts.clear(); }
+    void ClearTexts() noexcept {
+        _texts.clear();
+        _loadTexts.clear();
+    }
+    /// Marks loads, in place of those marked before; they are cleared with the other markers and
+    /// texts.
+    void SetLoadMarks(std::vector<host_MarkerSet> markers, std::vector<host_ViewText> texts) {
+        _loadMarkers = std::move(markers);
+        _loadTexts = std::move(texts);
+    }
 
     /// Frames a part; of an empty name, all that is shown. Nothing to frame, or what reaches too
     /// far, raises omu_ValueErrorException.
@@ -143,7 +156,7 @@ private:
     g3d_Camera _camera;
     g3d_Studio _studio;
     std::vector<Shown> _shown;
-    std::vector<host_MarkerSet> _markers;
-    std::vector<host_ViewText> _texts;
+    std::vector<host_MarkerSet> _markers, _loadMarkers;
+    std::vector<host_ViewText> _texts, _loadTexts;
     std::vector<g3d_SavedViewIdEnum> _savedViews;
 };

@@ -1,6 +1,7 @@
 #include "host_ViewGeometry.h"
 
 #include "host_FirstEqual.h"
+#include "host_Progress.h"
 
 #include <algorithm>
 #include <cmath>
@@ -145,7 +146,9 @@ host_ViewGeometry::host_ViewGeometry(const host_Mesh& mesh, const Poll& poll) {
     poll();
     _faces = mesh.OuterFaces();
     poll();
-    std::erase_if(_faces, [this](host_Mesh::Face& face) {
+    host_Progress progress("Readying the surface", host_Work{2 * _faces.size()});
+    std::erase_if(_faces, [&](host_Mesh::Face& face) {
+        progress.Count();
         return !Clean(face.nodes) ||
                std::any_of(face.nodes.begin(), face.nodes.end(), [&](int node) {
                    return node >= 0 && !IsFinite(_points[static_cast<std::size_t>(node)]);
@@ -156,11 +159,15 @@ host_ViewGeometry::host_ViewGeometry(const host_Mesh& mesh, const Poll& poll) {
     normals.reserve(_faces.size());
     _cutsAcross.reserve(_faces.size());
     for (const host_Mesh::Face& face : _faces) {
+        progress.Count();
         normals.push_back(AreaVector(face, points));
         _cutsAcross.push_back(face.nodes[3] >= 0 && CutsAcross(face, points, normals.back()));
     }
+    poll();
     FindEdges(normals, poll);
+    poll();
     FindVertices(points, normals, poll);
+    poll();
 
     if (_faces.empty()) {
         std::copy_if(_points.begin(), _points.end(), std::back_inserter(_loose), IsFinite);
@@ -193,7 +200,9 @@ void host_ViewGeometry::FindEdges(const std::vector<host_Point>& normals, const 
     std::vector<std::array<int, 2>> keys;
     starts.reserve(4 * _faces.size());
     keys.reserve(4 * _faces.size());
+    host_Progress progress("Finding the edges", host_Work{7 * 4 * _faces.size()});
     for (std::size_t face = 0; face < _faces.size(); ++face) {
+        progress.Count(4);
         if (face % kPollEvery == 0) {
             poll();
         }
@@ -204,9 +213,10 @@ void host_ViewGeometry::FindEdges(const std::vector<host_Point>& normals, const 
             keys.push_back({low, high});
         }
     }
-    const std::vector<std::uint32_t> first = host_FirstEqual(keys, _points.size());
+    const std::vector<std::uint32_t> first = host_FirstEqual(keys, _points.size(), progress);
     std::vector<std::uint32_t> numbers(keys.size());
     for (std::uint32_t i = 0; i < keys.size(); ++i) {
+        progress.Count();
         if (first[i] == i) {
             numbers[i] = static_cast<std::uint32_t>(_edges.size());
             _edges.push_back({starts[i], starts[i], 1, true});
@@ -214,9 +224,9 @@ void host_ViewGeometry::FindEdges(const std::vector<host_Point>& normals, const 
             edge.second = starts[i];
         }
     }
-    poll();
     const double limit = std::cos(kCreaseAngle * std::numbers::pi / 180);
     for (Edge& edge : _edges) {
+        progress.Count(4);
         const host_Point& a = normals[edge.first / 4];
         const host_Point& b = normals[edge.second / 4];
         // Between faces of opposite orientation there is no common outside. A face without area
@@ -233,7 +243,9 @@ void host_ViewGeometry::FindVertices(const std::vector<host_Point>& points,
     constexpr double kFlat = 0.99996;  // cosine of half a degree
     Sets corners(4 * _faces.size());
     Sets regions(_faces.size());
+    host_Progress progress("Smoothing the surface", host_Work{_edges.size() + 6 * _faces.size()});
     for (const Edge& edge : _edges) {
+        progress.Count();
         if (edge.isCrease) {
             continue;
         }
@@ -247,6 +259,7 @@ void host_ViewGeometry::FindVertices(const std::vector<host_Point>& points,
     }
     std::vector<double> areas(_faces.size());
     for (std::uint32_t face = 0; face < _faces.size(); ++face) {
+        progress.Count();
         areas[regions.Find(face)] += Length(normals[face]);
     }
 
@@ -256,6 +269,7 @@ void host_ViewGeometry::FindVertices(const std::vector<host_Point>& points,
         return points[static_cast<std::size_t>(Node(corner))];
     };
     for (std::uint32_t face = 0; face < _faces.size(); ++face) {
+        progress.Count(4);
         if (face % kPollEvery == 0) {
             poll();
         }
@@ -280,6 +294,7 @@ void host_ViewGeometry::FindVertices(const std::vector<host_Point>& points,
         }
     }
     for (std::size_t i = 0; i < _vertices.size(); ++i) {
+        progress.Count();
         if (const double length = Length(sums[i]); length > 0 && std::isfinite(length)) {
             _vertices[i].normal = ToFloats(Scaled(sums[i], 1 / length));
         }
@@ -290,7 +305,10 @@ host_Geometry host_ViewGeometry::Make(const host_GeometryChoice& choice) const {
     host_Geometry geometry;
     // The point of each corner in the geometry.
     std::vector<std::uint32_t> pointOf;
+    host_Progress progress("Readying the picture",
+                           host_Work{_vertices.size() + _faces.size() + _edges.size()});
     const auto addPoint = [&](const Vertex& vertex) {
+        progress.Count();
         const auto node = static_cast<std::size_t>(vertex.node);
         geometry.points.push_back(_points[node]);
         geometry.normals.push_back(vertex.normal);
@@ -322,6 +340,7 @@ host_Geometry host_ViewGeometry::Make(const host_GeometryChoice& choice) const {
                            [&](std::uint32_t i) { return IsFinite(geometry.points[i]); });
     };
     for (std::size_t face = 0; face < _faces.size(); ++face) {
+        progress.Count();
         const std::uint32_t* p = &pointOf[4 * face];
         if (!isDrawn({p, static_cast<std::size_t>(Corners(face))})) {
             continue;
@@ -333,6 +352,7 @@ host_Geometry host_ViewGeometry::Make(const host_GeometryChoice& choice) const {
         }
     }
     for (const Edge& edge : _edges) {
+        progress.Count();
         if (edge.isCrease || !choice.hasFeatureEdges) {
             const std::array<std::uint32_t, 2> ends{pointOf[edge.first], pointOf[Next(edge.first)]};
             if (isDrawn(ends)) {
@@ -362,7 +382,10 @@ std::shared_ptr<const host_Values> host_ViewGeometry::Values(
         return made->values;
     }
     host_Values values;
+    host_Progress progress("Readying the values",
+                           host_Work{choice.isByCell ? 4 * _faces.size() : _vertices.size()});
     const auto add = [&](int place) {
+        progress.Count();
         values.push_back(ToFloat(field->Scalar(static_cast<std::size_t>(place), component)));
     };
     if (choice.isByCell) {

@@ -1,5 +1,4 @@
-"""Drives caehost from outside: options, exit codes, scripts, standard input, prompt, examples."""
-import glob
+"""Drives caehost from outside: options, exit codes, scripts, standard input, prompt."""
 import os
 import pty
 import select
@@ -115,46 +114,6 @@ class Prompt(unittest.TestCase):
             self.assertEqual(os.waitpid(child, 0)[1], 0)
             with open(os.path.join(home, ".caehost_history")) as history:
                 self.assertEqual(history.read(), "[OFF, 1]\nboundingBox\n")
-
-
-class Examples(unittest.TestCase):
-    def test_journals_repeat_them(self):
-        root = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "examples")
-        scripts = []
-        for path in glob.glob(os.path.join(root, "*", "*.py")):
-            with open(path) as file:
-                if "from caehost import" in file.read():
-                    scripts.append(path)
-        self.assertTrue(scripts)
-        for script in scripts:
-            with self.subTest(script), tempfile.TemporaryDirectory() as folder:
-                first, second = (os.path.join(folder, name) for name in ("first.py", "second.py"))
-                here, there = (os.path.join(folder, name) for name in ("here", "there"))
-                os.mkdir(here)
-                os.mkdir(there)
-                code, shown, errors = run("--journal", first, script, cwd=here)
-                if "No pictures can be drawn" in errors:
-                    self.skipTest(errors.splitlines()[-1])
-                self.assertEqual((code, errors), (0, ""))
-                code, again, errors = run("--journal", second, first, cwd=there)
-                self.assertEqual((code, errors), (0, ""))
-                pictures = self.pictures(there)
-                self.assertTrue(again or pictures)
-                self.assertLessEqual(set(again.splitlines()), set(shown.splitlines()))
-                self.assertEqual(self.read(first), self.read(second))
-                self.assertEqual(self.pictures(here), pictures)
-                for picture in pictures:
-                    self.assertEqual(self.read(os.path.join(here, picture)),
-                                     self.read(os.path.join(there, picture)), picture)
-
-    @staticmethod
-    def pictures(folder):
-        return sorted(glob.glob("**/*.png", root_dir=folder, recursive=True))
-
-    @staticmethod
-    def read(path):
-        with open(path, "rb") as file:
-            return file.read()
 
 
 if __name__ == "__main__":

@@ -1,9 +1,9 @@
 #include "host_MeshCommands.h"
 
-#include "UTI_CaeUtils.h"
-#include "host_Command.h"
-#include "host_PartTable.h"
+#include "host_RunStep.h"
 #include "host_ViewCommands.h"
+#include "host_initialize.h"
+#include "omu_ErrorExceptions.h"
 #include "omu_PrimArray.h"
 #include "omu_PrimList.h"
 #include "omu_PrimString.h"
@@ -25,16 +25,16 @@ using Dictionary = omu_PrimDictionary<cow_String>;
 class host_MeshCommands : public testing::Test {
 protected:
     host_MeshCommands() {
-        UTI_CaeUtils_initialize(_modules);
+        host_initialize(_modules);
         host_RegisterMeshCommands(_table);
     }
-    ~host_MeshCommands() override { UTI_CaeUtils_finalize(_modules); }
+    ~host_MeshCommands() override { host_finalize(_modules); }
 
     /// Calls a command with the given positional values and then \p args.
     template <class... Values>
     Value Run(const char* command, omu_Arguments args, const Values&... values) {
         (args.Put(values), ...);
-        return Value(_table.Find(command)->run(args));
+        return host_RunStep(*_table.Find(command), args);
     }
     template <class... Values>
     Value Run(const char* command, const Values&... values) {

@@ -1,10 +1,11 @@
 #include "host_ViewCommands.h"
 
-#include "UTI_CaeUtils.h"
 #include "g3d_ColorErrorException.h"
 #include "g3d_Utils.h"
 #include "host_MeshCommands.h"
+#include "host_RunStep.h"
 #include "host_View.h"
+#include "host_initialize.h"
 #include "omu_PrimArray.h"
 #include "omu_PrimString.h"
 #include "test_Raised.h"
@@ -56,7 +57,7 @@ public:
 class host_ViewCommands : public testing::Test {
 protected:
     host_ViewCommands() {
-        UTI_CaeUtils_initialize(_modules);
+        host_initialize(_modules);
         host_RegisterMeshCommands(_table);
         host_RegisterViewCommands(
             _table, {[this]() -> host_Renderer& { return _recorder; },
@@ -66,7 +67,7 @@ protected:
     }
     ~host_ViewCommands() override {
         Run("resetView");
-        UTI_CaeUtils_finalize(_modules);
+        host_finalize(_modules);
     }
 
     /// Calls a command with positional values and then keywords.
@@ -77,7 +78,7 @@ protected:
         for (const auto& [name, value] : keywords) {
             args.Put(value->Copy(), cow_String(name));
         }
-        return Value(_table.Find(command)->run(args));
+        return host_RunStep(*_table.Find(command), args);
     }
     template <class... Values>
     Value Run(const char* command, const Values&... values) {

@@ -1,6 +1,7 @@
 #include "host_GlGeometry.h"
 
 #include "host_GlProgram.h"
+#include "host_Progress.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,6 +22,7 @@ void Send(const host_GlBuffer& buffer, std::span<const Element> elements, host_G
         throw std::runtime_error("OpenGL has no memory for the geometry.");
     }
     sent += elements.size_bytes();
+    host_Poll();
 }
 
 void SendOnce(std::optional<host_GlBuffer>& buffer, const std::vector<host_Float3>& vectors,
@@ -58,6 +60,19 @@ void Feed(host_GlAttribute attribute, const host_GlBuffer* buffer, GLint compone
 
 const host_GlBuffer* AddressOf(const std::optional<host_GlBuffer>& buffer) {
     return buffer ? &*buffer : nullptr;
+}
+
+/// Draws indices of elements, N points each, some at a time.
+template <GLsizei N>
+void DrawElements(GLenum kind, GLsizei indices, const host_GlGeometry::Batch& batch) {
+    constexpr GLsizei kBatch = 1 << 15;  // a few milliseconds each
+    for (GLsizei first = 0; first < indices / N; first += kBatch) {
+        const GLsizei count = std::min(kBatch, indices / N - first);
+        batch(first, count);
+        glDrawElements(
+            kind, N * count, GL_UNSIGNED_INT,
+            reinterpret_cast<const void*>(sizeof(GLuint) * N * static_cast<std::size_t>(first)));
+    }
 }
 
 bool IsDrawable(const host_Float3& vector) {
@@ -109,6 +124,7 @@ void SendElements(Elements& made, const std::vector<std::array<std::uint32_t, N>
         throw std::runtime_error("A geometry has more elements than OpenGL can draw.");
     }
     const DrawableElements drawable(geometry);
+    host_Poll();
     std::size_t count = elements.size();
     std::size_t deformedCount = count;
     if (std::all_of(elements.begin(), elements.end(),
@@ -141,7 +157,10 @@ std::vector<host_Float3> DeformedNormals(const host_Geometry& geometry, float de
         }
     }
     std::vector<std::array<double, 3>> sums(points.size());
+    host_Progress progress("Deforming the surface",
+                           host_Work{geometry.triangles.size() + points.size()});
     for (const auto& [a, b, c] : geometry.triangles) {
+        progress.Count();
         if (std::max({a, b, c}) >= points.size()) {
             continue;
         }
@@ -163,6 +182,7 @@ std::vector<host_Float3> DeformedNormals(const host_Geometry& geometry, float de
     }
     std::vector<host_Float3> normals(points.size());
     for (std::size_t i = 0; i < sums.size(); ++i) {
+        progress.Count();
         const double length = std::hypot(sums[i][0], sums[i][1], sums[i][2]);
         for (std::size_t k = 0; k < 3; ++k) {
             normals[i][k] = length > 0 ? static_cast<float>(sums[i][k] / length) : 0.0F;
@@ -226,7 +246,7 @@ void host_GlGeometry::BindPoints(const host_Item& item) const {
 }
 
 void host_GlGeometry::DrawFaces(const host_Item& item, const host_GlValues* values,
-                                GLenum valuesUnit, GLenum cornersUnit) const {
+                                GLenum valuesUnit, GLenum cornersUnit, const Batch& batch) const {
     const bool isDeformed = item.deformation != 0 && _displacements;
     BindPoints(item);
     Feed(host_NORMAL, AddressOf(isDeformed ? _deformedNormals : _normals), 3);
@@ -236,14 +256,18 @@ void host_GlGeometry::DrawFaces(const host_Item& item, const host_GlValues* valu
     glActiveTexture(cornersUnit);
     glBindTexture(GL_TEXTURE_BUFFER, _triangles->texture.Get());
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, _triangles->buffer.Get());
-    glDrawElements(GL_TRIANGLES, isDeformed ? _triangles->deformedCount : _triangles->count,
-                   GL_UNSIGNED_INT, nullptr);
+    DrawElements<3>(GL_TRIANGLES, isDeformed ? _triangles->deformedCount : _triangles->count,
+                    batch);
 }
 
-void host_GlGeometry::DrawEdges(const host_Item& item) const {
+std::size_t host_GlGeometry::ElementCount(const host_Item& item) const {
+    return static_cast<std::size_t>((item.showFaces ? _triangles->count / 3 : 0) +
+                                    (item.showEdges ? _edges->count / 2 : 0));
+}
+
+void host_GlGeometry::DrawEdges(const host_Item& item, const Batch& batch) const {
     const bool isDeformed = item.deformation != 0 && _displacements;
     BindPoints(item);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, _edges->buffer.Get());
-    glDrawElements(GL_LINES, isDeformed ? _edges->deformedCount : _edges->count, GL_UNSIGNED_INT,
-                   nullptr);
+    DrawElements<2>(GL_LINES, isDeformed ? _edges->deformedCount : _edges->count, batch);
 }

@@ -3,6 +3,7 @@
 #include "host_GlName.h"
 #include "host_Scene.h"
 
+#include <functional>
 #include <optional>
 #include <unordered_map>
 
@@ -33,11 +34,17 @@ public:
 
     /// Sends what is lacking to draw the item.
     void Prepare(const host_Item& item, host_GlTally& sent);
+    /// Is told of the triangles or edges that are drawn next, the first and how many.
+    using Batch = std::function<void(GLsizei first, GLsizei count)>;
+
     /// Draw what was prepared with the program in use. \p values of contours may be null; the
-    /// shader reads single values and corners of triangles from the texture units given.
+    /// shader reads single values and corners of triangles from the texture units given. So many
+    /// elements are drawn at a time that \p batch, called before, may let an interrupt through.
     void DrawFaces(const host_Item& item, const host_GlValues* values, GLenum valuesUnit,
-                   GLenum cornersUnit) const;
-    void DrawEdges(const host_Item& item) const;
+                   GLenum cornersUnit, const Batch& batch) const;
+    void DrawEdges(const host_Item& item, const Batch& batch) const;
+    /// How many triangles and edges that draws of the item.
+    [[nodiscard]] std::size_t ElementCount(const host_Item& item) const;
 
 private:
     /// Indices of points: first those that are drawn in the deformed shape too.

@@ -106,11 +106,12 @@ uniform samplerBuffer breaks;    // bands + 1, ascending
 uniform samplerBuffer colors;    // of the bands, then below, above, not a number
 uniform samplerBuffer values;    // of the points
 uniform usamplerBuffer corners;  // of the triangles
+uniform int firstTriangle;       // of those that are drawn at a time
 
 // The field where the pixel lies. Interpolation errs in the last places; held between the values
 // of the corners, a face of one value has that value throughout, and no peak is exceeded.
 float FieldHere() {
-    int first = 3 * gl_PrimitiveID;
+    int first = 3 * (firstTriangle + gl_PrimitiveID);
     float a = texelFetch(values, int(texelFetch(corners, first).r)).r;
     float b = texelFetch(values, int(texelFetch(corners, first + 1).r)).r;
     float c = texelFetch(values, int(texelFetch(corners, first + 2).r)).r;

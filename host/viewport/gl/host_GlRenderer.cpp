@@ -7,7 +7,9 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <stdexcept>
+#include <type_traits>
 
 namespace {
 
@@ -53,6 +55,23 @@ host_GlColoring ColoringOf(const host_Item& item) {
         return host_GlColoring::Plain;
     }
     return IsSmooth(*item.contours) ? host_GlColoring::Smooth : host_GlColoring::Banded;
+}
+
+/// Waits until everything is drawn, and lets an interrupt through meanwhile.
+void Finish() {
+    constexpr GLuint64 kWait = 10'000'000;  // [ns]
+    const auto drop = [](GLsync fence) { glDeleteSync(fence); };
+    const std::unique_ptr<std::remove_pointer_t<GLsync>, decltype(drop)> fence(
+        glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0), drop);
+    while (glClientWaitSync(fence.get(), GL_SYNC_FLUSH_COMMANDS_BIT, kWait) == GL_TIMEOUT_EXPIRED) {
+        host_Poll();
+    }
+}
+
+/// Some are drawn at once, others wait for the driver to be done with those before.
+void CountBatch(host_Progress& progress, GLsizei count) {
+    progress.Count(static_cast<std::size_t>(count));
+    progress.Look();
 }
 
 class Stopwatch {
@@ -381,8 +400,8 @@ void host_GlRenderer::SetContours(const host_GlProgram& program,
                                     StepsPerUnit(table, IsSmooth(table) ? bands - 1 : bands)});
 }
 
-void host_GlRenderer::DrawItems(const std::vector<Sent>& items, const Tile& tile,
-                                bool translucent) {
+void host_GlRenderer::DrawItems(const std::vector<Sent>& items, const Tile& tile, bool translucent,
+                                host_Progress& progress) {
     const auto blend = [](const Color4& color) { (color[3] < 1 ? glEnable : glDisable)(GL_BLEND); };
     // What shines through is not hidden by it.
     glDepthMask(translucent ? GL_FALSE : GL_TRUE);
@@ -408,7 +427,11 @@ void host_GlRenderer::DrawItems(const std::vector<Sent>& items, const Tile& tile
             SetContours(*program, *item->contours);
         }
         geometry->Prepare(*item, _sent);  // for another item it may have been deformed otherwise
-        geometry->DrawFaces(*item, values, TextureUnit(Values), TextureUnit(Corners));
+        geometry->DrawFaces(*item, values, TextureUnit(Values), TextureUnit(Corners),
+                            [&, drawn = program](GLsizei first, GLsizei count) {
+                                CountBatch(progress, count);
+                                drawn->Set("firstTriangle", first);
+                            });
     }
     glDisable(GL_POLYGON_OFFSET_FILL);
     _edges.Use();
@@ -422,12 +445,12 @@ void host_GlRenderer::DrawItems(const std::vector<Sent>& items, const Tile& tile
         _edges.Set("deformation", item->deformation);
         _edges.Set("extent", Color4{static_cast<float>(tile.width), static_cast<float>(tile.height),
                                     std::min(item->edgeWidth, kWidestEdge), 0});
-        geometry->DrawEdges(*item);
+        geometry->DrawEdges(*item, [&](GLsizei, GLsizei count) { CountBatch(progress, count); });
     }
 }
 
 void host_GlRenderer::DrawTile(const host_Scene& scene, const std::vector<Sent>& items,
-                               const Tile& tile) {
+                               const Tile& tile, host_Progress& progress) {
     _target->Bind();
     const Color4 background = Exact(scene.studio.BackgroundColor());
     glDepthMask(GL_TRUE);
@@ -450,14 +473,15 @@ void host_GlRenderer::DrawTile(const host_Scene& scene, const std::vector<Sent>&
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    DrawItems(items, tile, false);
-    DrawItems(items, tile, true);
+    DrawItems(items, tile, false, progress);
+    DrawItems(items, tile, true, progress);
 }
 
 host_Image host_GlRenderer::Draw(const host_Scene& scene, int width, int height) {
     CheckSize(width, height);
     std::for_each(scene.items.begin(), scene.items.end(), CheckItem);
     _context.Enter();
+    Finish();  // what a picture that was interrupted has left to do
     while (glGetError() != GL_NO_ERROR) {
         // Left by a picture that failed: none of this one's.
     }
@@ -483,11 +507,22 @@ host_Image host_GlRenderer::Draw(const host_Scene& scene, int width, int height)
     }
     std::vector<std::uint8_t> colors;
     std::vector<float> depths;
+    const auto tilesAlong = [](int pixels, int part) {
+        return static_cast<std::size_t>((pixels - 1) / part + 1);
+    };
+    std::size_t elements = 0;
+    for (const Sent& sent : items) {
+        elements += sent.geometry->ElementCount(*sent.item);
+    }
+    host_Progress progress("Drawing", host_Work{elements * tilesAlong(width, tile.width) *
+                                                tilesAlong(height, tile.height)});
+    progress.Look();
     for (tile.bottom = 0; tile.bottom < height; tile.bottom += tile.height) {
         for (tile.left = 0; tile.left < width; tile.left += tile.width) {
-            DrawTile(scene, items, tile);
+            DrawTile(scene, items, tile, progress);
+            Finish();  // the driver would do so in Resolve, and no interrupt come through
             _target->Resolve(mayHide);
-            glFinish();
+            Finish();
             watch.Lap(_times.renderer);
             _target->ReadColors(colors);
             tile.Copy(colors, image);
@@ -503,7 +538,9 @@ host_Image host_GlRenderer::Draw(const host_Scene& scene, int width, int height)
                                  (error == GL_OUT_OF_MEMORY ? ": out of memory)." : ")."));
     }
 
+    host_Progress placing("Drawing the markers", markers.size());
     for (const PlacedMarker& marker : markers) {
+        placing.Count();
         if (!marker.isHidden) {
             host_DrawBitmap(image, marker.set->bitmap, marker.place, marker.set->color);
         }

@@ -5,6 +5,7 @@
 #include "host_GlGeometry.h"
 #include "host_GlProgram.h"
 #include "host_GlTarget.h"
+#include "host_Progress.h"
 #include "host_Renderer.h"
 
 #include <map>
@@ -39,8 +40,10 @@ private:
                      const Tile& tile) const;
     const host_GlProgram& FacesProgram(const host_GlFaceVariant& variant);
     void SetContours(const host_GlProgram& program, const g3d_ContourTable& table) const;
-    void DrawTile(const host_Scene& scene, const std::vector<Sent>& items, const Tile& tile);
-    void DrawItems(const std::vector<Sent>& items, const Tile& tile, bool translucent);
+    void DrawTile(const host_Scene& scene, const std::vector<Sent>& items, const Tile& tile,
+                  host_Progress& progress);
+    void DrawItems(const std::vector<Sent>& items, const Tile& tile, bool translucent,
+                   host_Progress& progress);
 
     const host_GlContext _context;
     const host_GlProgram _edges = host_GlProgram::Edges();

@@ -1,3 +1,4 @@
+#include "host_Progress.h"
 #include "host_Renderer.h"
 #include "idb_FileErrorException.h"
 #include "idb_FileSave.h"
@@ -6,6 +7,7 @@
 
 #include <cerrno>
 #include <csetjmp>
+#include <exception>
 #include <filesystem>
 #include <new>
 #include <system_error>
@@ -23,7 +25,21 @@ struct Job {
     const host_Image* image;
     std::vector<std::byte>* bytes;
     int cause;  // of a failure, an errno
+    host_Progress* progress;
+    std::exception_ptr* interrupt;  // what ended the work instead
 };
+
+/// Counts a row that is written; false when the user has interrupted the work.
+bool GoesOn(Job& job) noexcept {
+    try {
+        job.progress->Count();
+        job.progress->Look();
+        return true;
+    } catch (...) {
+        *job.interrupt = std::current_exception();
+        return false;
+    }
+}
 
 void Write(png_structp png, png_bytep bytes, std::size_t count) {
     Job& job = *static_cast<Job*>(png_get_io_ptr(png));
@@ -66,6 +82,10 @@ bool Encode(Job& job) {
     png_write_info(png, info);
     for (int row = 0; row < job.image->height; ++row) {
         png_write_row(png, job.image->Pixel(0, row));
+        if (!GoesOn(job)) {
+            png_destroy_write_struct(&png, &info);
+            return false;
+        }
     }
     png_write_end(png, info);
     png_destroy_write_struct(&png, &info);
@@ -81,8 +101,15 @@ void host_WritePng(const host_Image& image, const std::string& path) {
         Raise(path, EINVAL);
     }
     std::vector<std::byte> bytes;
-    Job job{&image, &bytes, EINVAL};  // EINVAL: sizes that libpng refuses
+    host_Progress progress("Writing the picture",
+                           host_Work{static_cast<std::size_t>(image.height)});
+    progress.Look();
+    std::exception_ptr interrupt;
+    Job job{&image, &bytes, EINVAL, &progress, &interrupt};  // EINVAL: sizes that libpng refuses
     if (!Encode(job)) {
+        if (interrupt) {
+            std::rethrow_exception(interrupt);
+        }
         Raise(path, job.cause);
     }
     try {
