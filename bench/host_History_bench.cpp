@@ -15,13 +15,22 @@
 #include "idb_FileSave.h"
 #include "omu_PrimNumber.h"
 
-#include <cstdio>
+#include <filesystem>
 #include <malloc.h>
 #include <numeric>
 
 namespace {
 
-constexpr const char* kFile = "host_History_bench.cae";
+/// The model's file, for the life of the process.
+struct File {
+    const std::string path =
+        (std::filesystem::temp_directory_path() / "host_History_bench.cae").string();
+    ~File() {
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);
+    }
+};
+const File theFile;
 constexpr int kSteps = 1000;
 
 host_Model& Model() { return host_Model::Instance(); }
@@ -139,7 +148,7 @@ void Save(benchmark::State& state) {
     std::size_t size = 0;
     for (auto _ : state) {
         const std::vector<std::byte> memento = Model().Memento();
-        idb_FileSave(kFile, memento);
+        idb_FileSave(theFile.path, memento);
         size = memento.size();
     }
     state.counters["bytes"] = static_cast<double>(size);
@@ -148,10 +157,10 @@ void Save(benchmark::State& state) {
 void Open(benchmark::State& state) {
     MakeModel(static_cast<int>(state.range(0)));
     const std::vector<std::byte> memento = Model().Memento();
-    idb_FileSave(kFile, memento);
+    idb_FileSave(theFile.path, memento);
     for (auto _ : state) {
         host_Transaction step("openModel");
-        Model().Open(idb_FileLoad(kFile, std::uint64_t{1} << 36));
+        Model().Open(idb_FileLoad(theFile.path, std::uint64_t{1} << 36));
         step.Commit();
         state.PauseTiming();
         if (Model().Memento() != memento) {
@@ -160,7 +169,6 @@ void Open(benchmark::State& state) {
         Changes().Forget();
         state.ResumeTiming();
     }
-    std::remove(kFile);
 }
 
 void Sizes(benchmark::internal::Benchmark* benchmark) {

@@ -1,9 +1,9 @@
 #include "host_CameraCommands.h"
 
 #include "host_CommandTools.h"
+#include "host_Framing.h"
 #include "host_MemberArgument.h"
 #include "host_Part.h"
-#include "host_Framing.h"
 #include "host_View.h"
 
 #include <cmath>

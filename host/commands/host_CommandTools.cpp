@@ -124,6 +124,15 @@ std::optional<omu_PrimArray> PlainRows(const omu_Primitive* given) {
 
 }  // namespace
 
+std::string host_FilePath(const cow_String& path) {
+    std::string file = path.Std();
+    if (file.empty() || file.find('\0') != std::string::npos) {
+        host_RefuseValue(file.empty() ? "path is empty" : "path holds a zero byte", kSource,
+                         __LINE__);
+    }
+    return file;
+}
+
 omu_PrimArray host_GetPoints(omu_Arguments& args, int index, const char* keyword) {
     if (host_IsArray(args, index, keyword)) {
         omu_PrimArray array;

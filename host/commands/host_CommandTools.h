@@ -77,6 +77,10 @@ struct host_PictureSize {
 [[nodiscard]] std::vector<host_Parameter> host_WithPictureSize(
     std::vector<host_Parameter> parameters, const char* help);
 
+/// The text of a parameter "path"; one that is empty or holds a zero byte raises
+/// omu_ValueErrorException.
+[[nodiscard]] std::string host_FilePath(const cow_String& path);
+
 /// Reads an array of shape (n, 3), or else a sequence of triples.
 [[nodiscard]] omu_PrimArray host_GetPoints(omu_Arguments& args, int index, const char* keyword);
 /// The points of such an array; another shape raises omu_ValueErrorException.

@@ -8,6 +8,7 @@
 #include "host_Part.h"
 #include "host_Progress.h"
 #include "mdl_PropAttributeGet.h"
+#include "nex_TextException.h"
 
 #include <algorithm>
 
@@ -148,7 +149,16 @@ omu_Primitive* SetStatus(omu_Arguments& args) {
         args.Get(attribute, "attribute");
         args.Get(status, "status");
     });
-    load.SetStatus(step, attribute, status);
+    try {
+        load.SetStatus(step, attribute, status);
+    } catch (const nex_TextException& refusal) {
+        // An internal fault to the attribute; here it is the script's.
+        const bool isFirst = step.Name() == load.Get().createdIn;
+        host_RefuseValue(std::string(refusal.AsString().View()) + (isFirst ? " In" : " Behind") +
+                             " the step that creates " + load.AsString(0).Std() + ", it can be " +
+                             (isFirst ? "SET, UNSET or UNCHANGED" : "SET, FREED or UNCHANGED"),
+                         kSource, __LINE__);
+    }
     return nullptr;
 }
 
@@ -355,13 +365,14 @@ void AddQueries(host_CommandTable& table) {
                {LoadParameter(), StepParameter("a step")},
                LoadState,
                false});
-    table.Add({"loadStatuses",
-               std::string("Returns a dictionary that has for each load the dictionary of its\n"
-                           "statuses by step.\n") +
-                   kStatuses,
-               {},
-               LoadStatuses,
-               false});
+    table.Add(
+        {"loadStatuses",
+         std::string("Returns a dictionary that has for each load the dictionary of its\n"
+                     "statuses by step. Names come sorted; steps() has the steps in order.\n") +
+             kStatuses,
+         {},
+         LoadStatuses,
+         false});
     table.Add({"stepTable",
                std::string("Prints the statuses of all loads in all steps.\n") + kStatuses,
                {},

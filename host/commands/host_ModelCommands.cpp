@@ -51,12 +51,12 @@ omu_Primitive* ModelSettings(omu_Arguments& args) {
 
 // --- Files -------------------------------------------------------------------------------------
 
-cow_String OnlyPath(omu_Arguments& args) {
+std::string OnlyPath(omu_Arguments& args) {
     cow_String path;
     args.Begin();
     args.Get(path, "path");
     args.End();
-    return path;
+    return host_FilePath(path);
 }
 
 omu_Primitive* NewModel(omu_Arguments& args) {
@@ -67,12 +67,12 @@ omu_Primitive* NewModel(omu_Arguments& args) {
 }
 
 omu_Primitive* SaveModel(omu_Arguments& args, const Poll& poll) {
-    const cow_String path = OnlyPath(args);
+    const std::string path = OnlyPath(args);
     const std::vector<std::byte> memento = Model().Memento();
     std::span<const std::byte> left(memento);
     std::size_t written = 0;
     host_Progress progress("Saving the model", host_Work{memento.size()});
-    idb_FileSave(path.Std(), [&] {
+    idb_FileSave(path, [&] {
         poll();
         progress.Count(memento.size() - left.size() - written);
         written = memento.size() - left.size();
@@ -84,13 +84,13 @@ omu_Primitive* SaveModel(omu_Arguments& args, const Poll& poll) {
 }
 
 omu_Primitive* OpenModel(omu_Arguments& args, const Poll& poll) {
-    const cow_String path = OnlyPath(args);
-    const std::vector<std::byte> memento = idb_FileLoad(path.Std(), kLongestFile);
+    const std::string path = OnlyPath(args);
+    const std::vector<std::byte> memento = idb_FileLoad(path, kLongestFile);
     poll();
     try {
         Model().Open(memento);
     } catch (const idb_MementoErrorException& error) {
-        host_RefuseValue(path.Std() + " is no whole model: " + cow_String(error.UserReport()).Std(),
+        host_RefuseValue(path + " is no whole model: " + cow_String(error.UserReport()).Std(),
                          "host/commands/host_ModelCommands", __LINE__);
     }
     return nullptr;

@@ -270,11 +270,7 @@ omu_Primitive* SavePicture(omu_Arguments& args, const host_PictureRoom& room) {
     args.Optional();
     const host_PictureSize size = host_GetPictureSize(args);
     args.End();
-    const std::string file = path.Std();
-    if (file.empty() || file.find('\0') != std::string::npos) {
-        host_RefuseValue(file.empty() ? "path is empty" : "path holds a zero byte", kSource,
-                         __LINE__);
-    }
+    const std::string file = host_FilePath(path);
     host_Renderer& renderer = room.renderer();
     const host_Scene scene = View().MakeScene(size.width, size.height, room.poll);
     host_Image image;

@@ -93,7 +93,10 @@ host_Member& host_Model::FindMember(host_MemberKind kind, const cow_String& name
         if (_removed[static_cast<std::size_t>(kind)].contains(name)) {
             omu_AccessErrorException(text).Throw(kSource, __LINE__);
         }
-        omu_KeyErrorException(text).Throw(kSource, __LINE__);
+        const std::string_view plural = kRoots[static_cast<std::size_t>(kind)];
+        const std::string noun(plural.substr(0, plural.size() - 1));
+        omu_KeyErrorException(atr_String("no " + noun + " '" + name.Std() + "'"))
+            .Throw(kSource, __LINE__);
     }
     return static_cast<host_Member&>(*found);
 }
@@ -103,7 +106,7 @@ void host_Model::AddMember(host_MemberKind kind, std::unique_ptr<host_Member> me
     const int place = index < 0 ? members.Length() : index;
     host_Member* const object = member.get();
     // Checked before: what the repository refuses it deletes.
-    omu_TarvexName(object->Name(), members.NameKind());
+    static_cast<void>(omu_TarvexName(object->Name(), members.NameKind()));
     if (members.Has(object->Name())) {
         omu_ValueErrorException(atr_String(object->AsString(0).Std() + " exists already"))
             .Throw(kSource, __LINE__);
@@ -140,7 +143,7 @@ void host_Model::RemoveMember(host_MemberKind kind, host_Member& member) {
 
 void host_Model::Rename(host_Member& member, const cow_String& name) {
     mdl_Repository& members = *member.Owner();
-    const cow_String before = member.Name();
+    const cow_String& before = member.Name();
     if (before == name) {
         return;
     }
@@ -161,7 +164,7 @@ void host_Model::Exchange(Contents& other) {
     }
 }
 
-void host_Model::Replace(std::shared_ptr<Contents> contents) {
+void host_Model::Replace(const std::shared_ptr<Contents>& contents) {
     const auto exchange = [this, contents] { Exchange(*contents); };
     host_Changes::Instance().Make(exchange, exchange);
     _contents.lastUid = contents->lastUid;  // the transaction records it
@@ -179,8 +182,8 @@ std::vector<std::byte> host_Model::Memento() const {
     return memento.Finish();
 }
 
-void host_Model::Open(std::span<const std::byte> bytes) {
-    const idb_MementoRead memento(bytes);
+void host_Model::Open(std::span<const std::byte> stored) {
+    const idb_MementoRead memento(stored);
     const auto contents = std::make_shared<Contents>();
     contents->settings.Get() = ReadSettings(memento);
     for (std::size_t kind = 0; kind < host_kMemberKinds; ++kind) {

@@ -72,7 +72,7 @@ public:
     [[nodiscard]] std::vector<std::byte> Memento() const;
     /// Puts the model of a memento in place of this one. idb_MementoErrorException or a script
     /// error when the bytes are not one, and nothing has changed then.
-    void Open(std::span<const std::byte> memento);
+    void Open(std::span<const std::byte> stored);
 
     /// Number of the identity given last within the model.
     [[nodiscard]] std::uint64_t& LastUid() noexcept { return _contents.lastUid; }
@@ -94,7 +94,7 @@ private:
     void AddMember(host_MemberKind kind, std::unique_ptr<host_Member> member, int index);
     void RemoveMember(host_MemberKind kind, host_Member& member);
     void Exchange(Contents& other);
-    void Replace(std::shared_ptr<Contents> contents);
+    void Replace(const std::shared_ptr<Contents>& contents);
 
     Contents _contents;
     std::array<std::set<cow_String>, host_kMemberKinds> _removed;  // names, for clearer errors

@@ -16,10 +16,11 @@ constexpr const char* kSource = "host/model/host_Part";
 }
 
 template <class Map>
-const auto& FindNamed(const Map& entries, const cow_String& name, int line) {
+const auto& FindNamed(const Map& entries, const char* noun, const cow_String& name, int line) {
     const auto found = entries.find(name);
     if (found == entries.end()) {
-        omu_KeyErrorException(atr_String(name.View())).Throw(kSource, line);
+        omu_KeyErrorException(atr_String(std::string("no ") + noun + " '" + name.Std() + "'"))
+            .Throw(kSource, line);
     }
     return found->second;
 }
@@ -229,15 +230,15 @@ std::vector<int> host_Part::Cells(const cow_String& group) const {
         std::iota(all.begin(), all.end(), 0);
         return all;
     }
-    return *FindNamed(Get().groups, group, __LINE__);
+    return *FindNamed(Get().groups, "group", group, __LINE__);
 }
 
 const std::vector<int>& host_Part::Nodes(const cow_String& set) const {
-    return *FindNamed(Get().nodeSets, set, __LINE__);
+    return *FindNamed(Get().nodeSets, "node set", set, __LINE__);
 }
 
 const std::shared_ptr<const host_Field>& host_Part::Field(const cow_String& field) const {
-    return FindNamed(Get().fields, field, __LINE__);
+    return FindNamed(Get().fields, "field", field, __LINE__);
 }
 
 cow_List<cow_String> host_Part::GroupNames() const { return NamesOf(Get().groups); }

@@ -177,6 +177,11 @@ void host_AddCommandNotes(PyObject* error, const nex_CommandException& cause,
             names.push_back(name.Std());
         }
         host_AddNearestNote(error, color->Value().View(), names);
+    } else if (const auto* name = dynamic_cast<const omu_TvxNameErrorException*>(&cause);
+               name != nullptr && name->Error() == omu_TvxNameErrorEnm::InvalidName) {
+        host_AddNote(error,
+                     "a name has 1 to 80 bytes, no digit at its start and no double quote, full "
+                     "stop or backslash; legalName makes one");
     } else if (const host_Parameter* parameter = ParameterOf(cause, command, found)) {
         NoteParameter(error, *parameter, found);
     }

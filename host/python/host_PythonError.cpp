@@ -112,10 +112,10 @@ void SetFileError(const std::filesystem::filesystem_error& error) {
 /// The same of a file that the library could not save or load.
 void SetFileError(const idb_FileErrorException& error) {
     const cow_String message(error.UserReport());
-    const host_PyRef arguments = host_Made(
-        error.Cause() != 0 ? Py_BuildValue("iss", error.Cause(), message.AsCharPtr(),
-                                           error.Path().c_str())
-                           : Py_BuildValue("(s)", message.AsCharPtr()));
+    const host_PyRef arguments =
+        host_Made(error.Cause() != 0 ? Py_BuildValue("iss", error.Cause(), message.AsCharPtr(),
+                                                     error.Path().c_str())
+                                     : Py_BuildValue("(s)", message.AsCharPtr()));
     PyErr_SetObject(PyExc_OSError, arguments.Get());
 }
 

@@ -69,7 +69,8 @@ Owned FromInteger(PyObject* object) {
     if (overflow == 0 && value >= 0 && value <= UINT_MAX) {
         return std::make_unique<omu_PrimNumber>(static_cast<unsigned>(value));
     }
-    Raise(PyExc_OverflowError, "integer %U is outside the range %d to %u",
+    Raise(PyExc_OverflowError,
+          "integer %U is outside the range %d to %u; larger numbers are floats, as 5e9 is",
           IntegerText(object).Get(), INT_MIN, UINT_MAX);
 }
 

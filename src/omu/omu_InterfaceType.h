@@ -76,10 +76,10 @@ public:
         static_assert(
             std::is_invocable_r_v<omu_Primitive*, Function Class::*, Class&, omu_Arguments&>,
             "A method takes omu_Arguments& and returns a new omu_Primitive*.");
-        return std::move(*this).Add(MethodEntry{
-            std::move(name), [function](omu_InterfaceObj& self, omu_Arguments& args) {
-                return (static_cast<Class&>(self).*function)(args);
-            }});
+        return std::move(*this).Add(
+            MethodEntry{std::move(name), [function](omu_InterfaceObj& self, omu_Arguments& args) {
+                            return (static_cast<Class&>(self).*function)(args);
+                        }});
     }
 
     /// Says what the attribute or method declared last is; ahead of all, what the type is.

@@ -189,7 +189,7 @@ TEST_F(host_MaterialCommands, ErrorsSayWhatIsWrong) {
     }
     EXPECT_EQ(Refusal("material", "steel"), "Material 'steel' exists already");
     EXPECT_EQ(Refusal("material", "tin", "", -1), "density[0] must be a Float > 0");
-    EXPECT_EQ(Refusal("copyMaterial", "tin", "lead"), "tin");
+    EXPECT_EQ(Refusal("copyMaterial", "tin", "lead"), "no material 'tin'");
     EXPECT_EQ(Refusal("materialValue", "steel", "mass", 0.0),
               "materials have no property 'mass'; there are density, elastic, expansion, "
               "conductivity, specificHeat, plastic");
@@ -279,8 +279,8 @@ TEST_F(host_MaterialCommands, MassFollowsTheMaterialsOfTheCells) {
     EXPECT_EQ(Mass("row"), 2);
     Run("assignMaterial", "row", "");
     EXPECT_EQ(Mass("row"), 4);
-    EXPECT_EQ(Refusal("assignMaterial", "row", "foam", "second"), "second");
-    EXPECT_EQ(Refusal("assignMaterial", "row", "air"), "air");
+    EXPECT_EQ(Refusal("assignMaterial", "row", "foam", "second"), "no group 'second'");
+    EXPECT_EQ(Refusal("assignMaterial", "row", "air"), "no material 'air'");
 }
 
 TEST_F(host_MaterialCommands, NamesAreKeptRightAndChangesUndone) {
@@ -298,13 +298,13 @@ TEST_F(host_MaterialCommands, NamesAreKeptRightAndChangesUndone) {
     Set("light", "density", omu_PrimNumber(2));
     EXPECT_EQ(Get(Find("iron"), "density"), "((8.0,),)");
     Run("undo", 2);
-    EXPECT_EQ(Refusal("deleteMaterial", "light"), "light");
+    EXPECT_EQ(Refusal("deleteMaterial", "light"), "no material 'light'");
     Set("iron", "density", omu_PrimNumber(3));
     EXPECT_EQ(Mass("row"), 3);
     Run("undo");
     EXPECT_EQ(Mass("row"), 8);
     Run("undo");
-    EXPECT_EQ(Refusal("materialTable", "iron"), "iron");
+    EXPECT_EQ(Refusal("materialTable", "iron"), "no material 'iron'");
     EXPECT_EQ(Mass("row"), 8);
     Run("assignMaterial", "row", "");
     Run("assignMaterial", "bar", "", "first");

@@ -439,8 +439,8 @@ TEST_F(host_Row, ErrorsSayWhatIsWrong) {
     constexpr const omu_ArgTypeErrorException* type = nullptr;
     constexpr const omu_TvxNameErrorException* name = nullptr;
 
-    EXPECT_EQ(raised(key, "volume", "column"), "column");
-    EXPECT_EQ(raised(key, "volume", "row", "none"), "none");
+    EXPECT_EQ(raised(key, "volume", "column"), "no part 'column'");
+    EXPECT_EQ(raised(key, "volume", "row", "none"), "no group 'none'");
     EXPECT_EQ(raised(range, "report", "row", -1.0), "density must be a Float > 0");
     EXPECT_EQ(raised(name, "part", "1.5", Points(kCube), Cuts().at("HEX8")),
               raised(name, "group", "row", "a.b"));
@@ -463,7 +463,7 @@ TEST_F(host_Row, ErrorsSayWhatIsWrong) {
               "arg3(cells)[0][2]; found float, expecting int");
 
     // A failed command has changed nothing.
-    EXPECT_EQ(raised(key, "volume", "p"), "p");
+    EXPECT_EQ(raised(key, "volume", "p"), "no part 'p'");
     Run("deletePart", "row");
     EXPECT_EQ(raised(access, "volume", "row"), "row no longer exists");
 }

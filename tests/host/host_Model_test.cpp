@@ -125,7 +125,8 @@ TEST_F(host_ModelTest, BytesDependOnWhatWasDoneAlone) {
     Start();
     MakePart("a");
     EXPECT_THROW(MakePart("1"), omu_TvxNameErrorException);
-    EXPECT_THROW(Run("step", "s", "none"), omu_KeyErrorException);
+    EXPECT_EQ(test_Message<omu_KeyErrorException>([this] { Run("step", "s", "none"); }),
+              "no step 'none'");
     Run("findPart", "a");
     MakePart("b");
     Changes().Undo(1);

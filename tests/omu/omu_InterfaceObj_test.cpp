@@ -300,7 +300,7 @@ TEST_F(omu_PyObjects, AreLeftAloneWithoutHooks) {
     const omu_PyObjectHooks installed = omu_PyObjectWrapper::SetHooks({});
     {
         const omu_PyObjectWrapper a(&_a);
-        const omu_PyObjectWrapper copy(a);
+        const omu_PyObjectWrapper copy(a);  // NOLINT(performance-unnecessary-copy-initialization)
         EXPECT_TRUE(a == copy);
         EXPECT_FALSE(a == omu_PyObjectWrapper(&_b));
         EXPECT_EQ(a.AsString(0), "<object>");

@@ -59,7 +59,7 @@ def raises(kind, value, *texts):
         raise AssertionError(value)
 
 
-raises(OverflowError, 2**32, "4294967296", "-2147483648", "4294967295")
+raises(OverflowError, 2**32, "4294967296", "-2147483648", "4294967295", "floats")
 raises(OverflowError, -(2**31) - 1, "-2147483649")
 raises(OverflowError, 10**5000, "16610 bits")
 raises(OverflowError, {2**31: 0}, "2147483648")

@@ -66,8 +66,8 @@ for action, args, keywords, message, note in [
      "RangeError: maximum must be a Float in the range: -1e+38 <= maximum <= 1e+38", None),
     (contour, ("cube", "x"), {"maximum": "top"},
      "TypeError: maximum; found string, expecting float", None),
-    (contour, ("cube", "y"), {}, "KeyError: 'y'", None),
-    (contour, ("sheet", "x"), {}, "KeyError: 'x'", None),
+    (contour, ("cube", "y"), {}, "KeyError: \"no field 'y'\"", None),
+    (contour, ("sheet", "x"), {}, "KeyError: \"no field 'x'\"", None),
     (deform, ("cube", "x"), {}, "ValueError: field 'x' does not hold vectors at nodes", None),
     (deform, ("cube", "u"), {"scale": math.nan}, None, None),
     (marker, ([(0, 0, math.nan)],), {},
@@ -86,6 +86,11 @@ for action, args, keywords, message, note in [
      "RangeError: width must be an Integer in the range: 1 <= width <= 1000000", None),
     (savePicture, ("",), {}, "ValueError: path is empty", None),
     (savePicture, ("a\0b",), {}, "ValueError: path holds a zero byte", None),
+    (saveModel, ("a\0b",), {}, "ValueError: path holds a zero byte", None),
+    (openModel, ("",), {}, "ValueError: path is empty", None),
+    (group, ("cube", "a.b"), {}, "TarvexNameError: invalid name",
+     "a name has 1 to 80 bytes, no digit at its start and no double quote, full stop or backslash; "
+     "legalName makes one"),
     # The first mistake is the one that is named, whatever is read in several ways behind it.
     (caption, (5, (50, 50), 1000), {}, "TypeError: arg1; found int, expecting string", None),
     (contour, ("cube", 5, MAGNITUDE, VIRIDIS, 4, ON, 1.0), {},
