@@ -78,7 +78,7 @@ int SetAttribute(PyObject* self, PyObject* attribute, PyObject* value) {
         omu_InterfaceObj& object = handle.Require();
         const std::unique_ptr<omu_Primitive> given = host_FromPython(value);
         host_JournalEntry entry;
-        host_Transaction step(name);
+        host_Transaction step(std::string(object.ExposedTypeName()) + "." + name.Std());
         entry.BeginSetting(handle, name, *given);
         WithNearestName(object, name, [&] { object.SetAttribute(name, *given); });
         entry.Commit();

@@ -125,7 +125,7 @@ class Undo(Case):
             for line in {SESSION[:20]!r}:
                 exec(line)
                 states.append(model())
-            assert changeHistory() == {{"undo": 20, "undoLabel": "name", "redo": 0,
+            assert changeHistory() == {{"undo": 20, "undoLabel": "Step.name", "redo": 0,
                                         "redoLabel": ""}}, changeHistory()
             for expected in states[-2::-1]:
                 undo()
@@ -144,7 +144,7 @@ class Undo(Case):
             raised("undo(21)", ValueError)
             assert (model(), changeHistory()) == (states[-1], redone)
             assert undo(20) == "part" and model() == states[0]
-            assert redo(20) == "name" and model() == states[-1]
+            assert redo(20) == "Step.name" and model() == states[-1]
             # What fails forgets nothing of what can be redone; what changes nothing neither.
             undo(3)
             raised("part('plate', POINTS, [(0, 1, 2, 9)])", RangeError)
