@@ -12,7 +12,7 @@ int main(int argc, char** argv) {
         host_RegisterMaterialCommands(table);
         host_RegisterStepCommands(table);
         host_RegisterLoadCommands(table);
-        host_RegisterModelCommands(table, &host_CheckInterrupt);
+        host_RegisterModelCommands(table);
         host_RegisterViewCommands(table);
     });
 }

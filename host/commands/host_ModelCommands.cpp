@@ -13,8 +13,6 @@
 
 namespace {
 
-using Poll = std::function<void()>;
-
 /// The longest file that is read as a model; far above what the host can hold.
 constexpr std::uint64_t kLongestFile = std::uint64_t{1} << 36;
 /// Bytes that are written between two looks at the user's Ctrl-C.
@@ -28,7 +26,9 @@ host_Changes& Changes() { return host_Changes::Instance(); }
 omu_Primitive* SetModelSettings(omu_Arguments& args) {
     mdl_Model settings = Model().Settings();
     settings.Set(args);
-    Model().EditSettings() = settings;
+    if (settings != Model().Settings()) {
+        Model().EditSettings() = settings;
+    }
     return nullptr;
 }
 
@@ -66,27 +66,25 @@ omu_Primitive* NewModel(omu_Arguments& args) {
     return nullptr;
 }
 
-omu_Primitive* SaveModel(omu_Arguments& args, const Poll& poll) {
+omu_Primitive* SaveModel(omu_Arguments& args) {
     const std::string path = OnlyPath(args);
     const std::vector<std::byte> memento = Model().Memento();
     std::span<const std::byte> left(memento);
-    std::size_t written = 0;
     host_Progress progress("Saving the model", host_Work{memento.size()});
     idb_FileSave(path, [&] {
-        poll();
-        progress.Count(memento.size() - left.size() - written);
-        written = memento.size() - left.size();
+        host_Poll();
         const auto chunk = left.first(std::min(kChunk, left.size()));
         left = left.subspan(chunk.size());
+        progress.Count(chunk.size());
         return chunk;
     });
     return nullptr;
 }
 
-omu_Primitive* OpenModel(omu_Arguments& args, const Poll& poll) {
+omu_Primitive* OpenModel(omu_Arguments& args) {
     const std::string path = OnlyPath(args);
     const std::vector<std::byte> memento = idb_FileLoad(path, kLongestFile);
-    poll();
+    host_Poll();
     try {
         Model().Open(memento);
     } catch (const idb_MementoErrorException& error) {
@@ -178,7 +176,7 @@ const host_Parameter kSteps{"steps", "int", "how many", "1", {}};
 
 }  // namespace
 
-void host_RegisterModelCommands(host_CommandTable& table, const Poll& poll) {
+void host_RegisterModelCommands(host_CommandTable& table) {
     table.AddChange(
         {"setModelSettings",
          "Sets what the model is for and where its analysis goes on from an earlier one.\n"
@@ -205,12 +203,12 @@ void host_RegisterModelCommands(host_CommandTable& table, const Poll& poll) {
                "Saves the model: parts, materials, steps, loads and settings, but not the view.\n"
                "The file is replaced in one step, when everything has been written to disk.",
                {kPath},
-               [poll](omu_Arguments& args) { return SaveModel(args, poll); }});
+               SaveModel});
     table.AddChange({"openModel",
                      "Opens a saved model in place of this one, which undo brings back.\n"
                      "A file that is not whole, or no model, changes nothing.",
                      {kPath},
-                     [poll](omu_Arguments& args) { return OpenModel(args, poll); }});
+                     OpenModel});
     table.Add(
         {"undo",
          "Takes back the latest steps and returns the label of the last one taken back.\n"

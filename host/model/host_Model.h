@@ -6,7 +6,6 @@
 
 #include <array>
 #include <cstddef>
-#include <functional>
 #include <set>
 #include <span>
 #include <vector>
@@ -17,8 +16,6 @@
 /// made within a host_Transaction and can be taken back. For the main thread.
 class host_Model {
 public:
-    using Poll = std::function<void()>;
-
     /// The model of the process.
     static host_Model& Instance();
 

@@ -46,7 +46,8 @@ public:
 
     /// Sets what a command gives, all or, when this raises, nothing: description, formulation,
     /// restartJob, restartStep, restartIncrement (STEP_END or a number). All are optional; an
-    /// empty restartJob clears the restart.
+    /// empty restartJob clears the restart. A step or increment without a job:
+    /// omu_ValueErrorException.
     void Set(omu_Arguments& arguments);
 
     bool operator==(const mdl_Model&) const = default;

@@ -38,7 +38,7 @@ protected:
         host_RegisterMeshCommands(_table);
         host_RegisterStepCommands(_table);
         host_RegisterLoadCommands(_table);
-        host_RegisterModelCommands(_table, [] {});
+        host_RegisterModelCommands(_table);
         Run("newModel");
         Run("clearHistory");
         const std::vector<double> points = {0, 0, 0, 2, 0, 0, 2, 2, 0, 0, 2, 0,

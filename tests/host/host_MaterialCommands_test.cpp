@@ -33,7 +33,7 @@ protected:
         host_initialize(_modules);
         host_RegisterMeshCommands(_table);
         host_RegisterMaterialCommands(_table);
-        host_RegisterModelCommands(_table, [] {});
+        host_RegisterModelCommands(_table);
         Run("newModel");
         Run("clearHistory");
     }

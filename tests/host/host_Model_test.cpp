@@ -36,7 +36,7 @@ protected:
         host_RegisterMaterialCommands(_table);
         host_RegisterStepCommands(_table);
         host_RegisterLoadCommands(_table);
-        host_RegisterModelCommands(_table, [] {});
+        host_RegisterModelCommands(_table);
         Start();
     }
     ~host_ModelTest() override {

@@ -60,6 +60,13 @@ TEST(mdl_Model, AnErrorChangesNothing) {
     EXPECT_THROW(set("restartStep", ""), omu_TvxNameErrorException);
     EXPECT_THROW(set("restart", ""), omu_KeywordErrorException);
     EXPECT_EQ(settings, before);
+
+    // Where the analysis goes on says nothing without the job.
+    settings.ClearRestart();
+    const mdl_Model none(settings);
+    EXPECT_THROW(set("restartIncrement", 3), omu_ValueErrorException);
+    EXPECT_THROW(set("restartStep", "step"), omu_ValueErrorException);
+    EXPECT_EQ(settings, none);
 }
 
 }  // namespace

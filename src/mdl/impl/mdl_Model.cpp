@@ -1,6 +1,7 @@
 #include "mdl_Model.h"
 
 #include "omu_Arguments.h"
+#include "omu_ErrorExceptions.h"
 #include "omu_RangeChecker.h"
 #include "omu_TarvexName.h"
 
@@ -56,6 +57,10 @@ void mdl_Model::Set(omu_Arguments& arguments) {
 
     given._formulation = formulation;
     if (!given.IsRestart()) {
+        if (given._restartStep != _restartStep || given._restartIncrement != _restartIncrement) {
+            omu_ValueErrorException("restartStep and restartIncrement need a restartJob")
+                .Throw("generated/mdl/impl/mdl_Model", __LINE__);
+        }
         given.ClearRestart();
     } else if (inc == STEP_END) {
         given.SetRestart(given._restartJob, given._restartStep);
